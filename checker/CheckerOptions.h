@@ -1,0 +1,25 @@
+#ifndef CIFWARD_CHECKEROPTIONS_H
+#define CIFWARD_CHECKEROPTIONS_H
+
+#include <string>
+#include <vector>
+
+// What the command line of cifward-check asked for.
+struct CheckerOptions {
+    enum class Format { Text, Json };
+
+    std::vector<std::string> files;
+    Format format = Format::Text;
+    unsigned line_limit = 80;
+    bool quiet = false;
+    bool use_dictionaries = true;
+    bool help = false;
+    bool version = false;
+    std::string output;  // empty: no write-back; "-": standard output
+
+    // Fills `options` from argv; on a usage error gives false with a one-line `error`.
+    static bool parse(int argc, const char* const* argv, CheckerOptions& options, std::string& error);
+    static std::string usage();
+};
+
+#endif

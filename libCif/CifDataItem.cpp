@@ -1,0 +1,143 @@
+#include "CifDataItem.h"
+
+#include "CifErrorException.h"
+#include "CifValueForm.h"
+
+CifDataItem::CifDataItem(const std::string& name, const HCifDictionary& dictionary)
+    : name_(name), check_(cif_value_check_kind(name)), dictionary_(dictionary)
+{
+}
+
+std::string CifDataItem::first_value() const
+{
+    return values_.empty() ? std::string() : std::string(values_.at(0));
+}
+
+void CifDataItem::guard(const char* action, std::size_t row) const
+{
+    if (!looped_ && row != 0)
+        throw CifErrorException(CifError(345, action, name_, -1));
+}
+
+int CifDataItem::check(const std::string& text)
+{
+    return cif_check_value(check_, *dictionary_, name_, range_, text);
+}
+
+int CifDataItem::set_single_value(const std::string& text)
+{
+    const int result = check(text);
+    if (text.empty()) {
+        values_.clear();
+    } else {
+        if (values_.empty())
+            values_.resize(1);
+        values_.set(0, text);
+    }
+    return result;
+}
+
+void CifDataItem::add_value(const std::string& text)
+{
+    guard("add_value", values_.size());
+    values_.push_back(text);
+}
+
+int CifDataItem::set_value(std::size_t row, const std::string& text)
+{
+    guard("set_value", row);
+    const int result = check(text);
+    if (row == values_.size()) {
+        values_.push_back(text);
+    } else {
+        if (row > values_.size())
+            values_.resize(row + 1);
+        values_.set(row, text);
+    }
+    return result;
+}
+
+void CifDataItem::copy_value(const CifDataItem& other)
+{
+    guard("copy_value", other.values_.size() > 1 ? other.values_.size() : 0);
+    values_ = other.values_;
+}
+
+std::string CifDataItem::value(std::size_t row) const { return std::string(value_view(row)); }
+
+std::string_view CifDataItem::value_view(std::size_t row) const
+{
+    guard("value", row);
+    return row < values_.size() ? values_.at(row) : std::string_view();
+}
+
+void CifDataItem::remove_value(std::size_t row)
+{
+    guard("remove_value", row);
+    if (row < values_.size())
+        values_.erase(row);
+}
+
+const std::string& CifDataItem::category() const { return dictionary_->category(name_); }
+int CifDataItem::type() const { return dictionary_->type(name_); }
+int CifDataItem::type_conditions() const { return dictionary_->type_conditions(name_); }
+const CifDictionary::Pairs& CifDataItem::enumeration() const { return dictionary_->enumeration(name_); }
+const std::string& CifDataItem::enumeration_range() const { return dictionary_->enumeration_range(name_); }
+
+void CifDataItem::write(std::ostream& stream, unsigned line_limit) const
+{
+    if (values_.empty())
+        return;
+    stream << comment(0);
+
+    const long limit = static_cast<long>(line_limit);
+    const long fit = limit - 2;
+    const std::string& between = comment(1);
+    const std::string& after = comment(2);
+    const std::string_view v = values_.at(0);
+
+    stream << name_;
+    for (std::size_t i = name_.size(); i < 32; ++i)
+        stream << ' ';
+    stream << ' ';
+    long col = static_cast<long>(name_.size() < 32 ? 32 : name_.size()) + 1;
+
+    if (!between.empty()) {
+        if (static_cast<long>(between.size()) + col > limit - 1)
+            stream << '\n';
+        stream << between;
+        col = 0;
+    }
+
+    const CifValueForm form = cif_value_form(v, false);
+    if (form == CifValueForm::TextBlock) {
+        if (col > 0)
+            stream << '\n';
+        stream << ';' << v;
+        if (v.empty() || v.back() != '\n')
+            stream << '\n';
+        stream << ';';
+        col = 1;
+    } else {
+        const long w = static_cast<long>(v.size()) + (cif_is_quoted(form) ? 2 : 0);
+        const long with_comment = w + static_cast<long>(after.size());
+        if (col > 0 && w + col > fit) {
+            stream << '\n';
+            col = 0;
+        } else if (!after.empty() && with_comment <= fit && with_comment + col > fit) {
+            // A value and its comment go together on a fresh line when that makes them fit.
+            stream << '\n';
+            col = 0;
+        }
+        cif_write_inline_value(stream, v, form);
+        col += w;
+    }
+
+    if (after.empty()) {
+        stream << '\n';
+    } else {
+        stream << ((static_cast<long>(after.size()) + 1 + col > limit - 1) ? '\n' : ' ');
+        stream << after;
+    }
+    stream << comment(3);
+}

@@ -1,0 +1,63 @@
+#ifndef CIFWARD_CIFDATAITEM_H
+#define CIFWARD_CIFDATAITEM_H
+
+#include "CifCommentable.h"
+#include "CifDictionary.h"
+#include "CifValueCheck.h"
+#include "CifValueList.h"
+#include "THandle.h"
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+
+// A data name and its values: one value for a single item, one a row for a looped item.
+// Values are kept as text exactly as read; a value that fails its check is stored all the same.
+class CifDataItem : public CifCommentable {
+public:
+    CifDataItem(const std::string& name, const HCifDictionary& dictionary);
+
+    const std::string& name() const { return name_; }
+    std::size_t value_count() const { return values_.size(); }
+    bool has_value() const { return !values_.empty(); }
+    std::string first_value() const;
+    bool is_looped() const { return looped_; }
+    void set_looped() { looped_ = true; }
+
+    int set_single_value(const std::string& text);
+    void add_value(const std::string& text);
+    int set_value(std::size_t row, const std::string& text);
+    void copy_value(const CifDataItem& other);
+    std::string value(std::size_t row) const;
+    std::string_view value_view(std::size_t row) const;
+    void remove_value(std::size_t row);
+    void clear_values() { values_.clear(); }
+    // Gives back the spare capacity left by reading; called once a loop has been read.
+    void shrink_to_fit() { values_.shrink_to_fit(); }
+
+    int check(const std::string& text);
+    CifValueCheckKind check_kind() const { return check_; }
+
+    const std::string& category() const;
+    int type() const;
+    int type_conditions() const;
+    const CifDictionary::Pairs& enumeration() const;
+    const std::string& enumeration_range() const;
+    const HCifDictionary& dictionary() const { return dictionary_; }
+
+    void write(std::ostream& stream, unsigned line_limit) const;
+
+private:
+    void guard(const char* action, std::size_t row) const;
+
+    std::string name_;
+    CifValueCheckKind check_;
+    CifValueList values_;
+    CifValueRange range_;
+    HCifDictionary dictionary_;
+    bool looped_ = false;
+};
+
+using HCifDataItem = THandle<CifDataItem>;
+
+#endif

@@ -1,0 +1,3 @@
+#include "CifErrorException.h"
+
+CifErrorException::CifErrorException(const CifError& error) : std::runtime_error(error.text()), error_(error) {}

@@ -1,0 +1,321 @@
+#include "CifParser.h"
+
+#include "CifErrorException.h"
+
+#include <utility>
+
+namespace {
+constexpr std::size_t data_name_limit = 75;
+constexpr unsigned comment_or_blank = CifComment | CifBlank;
+
+void append_comment(std::string& out, const CifToken& token)
+{
+    if (token.kind == CifComment) {
+        out += '#';
+        out += token.text;
+    }
+    out += '\n';
+}
+} // namespace
+
+CifParser::CifParser(Cif& cif, CifTokeniser& tokeniser)
+    : dictionary_(cif.dictionary_), errors_(cif.errors_), blocks_(cif.blocks_), tokeniser_(tokeniser)
+{
+}
+
+void CifParser::gather_comments(std::string& out, CifToken& token)
+{
+    for (;;) {
+        tokeniser_.next(token);
+        if (!(token.kind & comment_or_blank))
+            return;
+        append_comment(out, token);
+    }
+}
+
+void CifParser::run()
+{
+    // A stray apostrophe in the free text before the first block is common and harmless.
+    was_suppressed_ = errors_->is_suppressed(350);
+    errors_->suppress(350);
+
+    HCifDataItem last_item;
+    bool stray_reported = false;
+    CifToken token;
+    for (;;) {
+        tokeniser_.next(token);
+        switch (token.kind) {
+        case CifEnd:
+            if (!pending_.empty() && pending_.back() == '\n')
+                pending_.pop_back();
+            if (last_item && !pending_.empty())
+                last_item->set_comment(3, pending_);
+            return;
+        case CifComment:
+        case CifBlank:
+            append_comment(pending_, token);
+            break;
+        case CifValueToken:
+            stray_value(token, last_item, stray_reported);
+            break;
+        case CifHeading:
+            heading(token);
+            break;
+        case CifName:
+            last_item = name(token);
+            break;
+        case CifLoopToken: {
+            ensure_block(token.line);
+            HCifDataItem first = read_loop(token.line);
+            if (first)
+                last_item = first;
+            break;
+        }
+        default:
+            add(CifError(316, "Invalid parser token", -1));
+            break;
+        }
+    }
+}
+
+void CifParser::stray_value(const CifToken& token, const HCifDataItem& last_item, bool& stray_reported)
+{
+    if (!block_) {
+        if (!stray_reported) {
+            stray_reported = true;
+            add(CifError(313, token.line));
+        }
+        return;
+    }
+    if (last_item && last_item->has_value()) {
+        // A text block that swallowed the data names behind it leaves them at the start of a line.
+        const std::string value = last_item->first_value();
+        const std::string::size_type begin = value.find_first_not_of(" \t");
+        const std::string::size_type end = value.find_last_not_of(" \t");
+        const std::string stripped = begin == std::string::npos ? std::string() : value.substr(begin, end - begin + 1);
+        if ((!stripped.empty() && stripped[0] == '_') || stripped.find("\n_") != std::string::npos) {
+            add(CifError(311, token.text, token.line));
+            return;
+        }
+    }
+    add(CifError(312, token.text, token.line));
+}
+
+void CifParser::start_block(const std::string& name, std::int32_t line)
+{
+    block_ = HCifDataBlock(new CifDataBlock(name, line, dictionary_));
+    blocks_.push_back(block_);
+    if (!was_suppressed_)
+        errors_->unsuppress(350);
+}
+
+void CifParser::ensure_block(std::int32_t line)
+{
+    if (block_)
+        return;
+    add(CifError(305, line));
+    start_block(cif_added_block_name, line);
+    ++block_names_[cif_added_block_name];
+}
+
+void CifParser::heading(const CifToken& token)
+{
+    seen_at_.clear();
+    start_block(token.text, token.line);
+    if (token.text == "data_")
+        add(CifError(309, token.line));
+    // Counted by name, so that a file of many blocks is not compared block against block.
+    int& earlier = block_names_[token.text];
+    for (int i = 0; i < earlier; ++i)
+        add(CifError(310, token.text, token.line));
+    ++earlier;
+
+    if (!pending_.empty()) {
+        block_->set_comment(0, pending_);
+        pending_.clear();
+    }
+    CifToken next;
+    for (;;) {
+        tokeniser_.next(next);
+        if (next.kind != CifComment || next.line < token.line || next.line > token.end_line)
+            break;
+        pending_ += " #";
+        pending_ += next.text;
+    }
+    tokeniser_.push_front(std::move(next));
+    if (!pending_.empty()) {
+        block_->set_comment(1, pending_);
+        pending_.clear();
+    }
+}
+
+HCifDataItem CifParser::name(const CifToken& token)
+{
+    std::string between;
+    ensure_block(token.line);
+    if (token.text.size() > data_name_limit)
+        add(CifError(306, token.text, token.line));
+
+    CifToken value;
+    gather_comments(between, value);
+    std::int32_t value_line = -1, value_end = -1;
+    if (value.kind == CifValueToken) {
+        value_line = value.line;
+        value_end = value.end_line;
+        set_item(token, value);
+    } else {
+        add(CifError(value.kind == CifName ? 307 : 308, token.text, token.line));
+        tokeniser_.push_front(std::move(value));
+    }
+
+    HCifDataItem item = block_->item(token.text);
+    if (item) {
+        if (!pending_.empty()) {
+            item->set_comment(0, pending_);
+            pending_.clear();
+        }
+        if (!between.empty())
+            item->set_comment(1, between);
+    }
+    CifToken next;
+    for (;;) {
+        tokeniser_.next(next);
+        if (next.kind != CifComment || next.line < value_line || next.line > value_end)
+            break;
+        append_comment(pending_, next);
+    }
+    tokeniser_.push_front(std::move(next));
+    if (item && !pending_.empty()) {
+        item->set_comment(2, pending_);
+        pending_.clear();
+    }
+    return item;
+}
+
+void CifParser::duplicate(const HCifDataItem& item, const std::string& name, std::int32_t line)
+{
+    auto seen = seen_at_.find(item.get());
+    add(CifError(318, name, seen == seen_at_.end() ? std::string("unknown") : std::to_string(seen->second), line));
+}
+
+void CifParser::set_item(const CifToken& name, const CifToken& value)
+{
+    if (!block_ || name.kind != CifName || value.kind != CifValueToken) {
+        add(CifError(316, "parser error: set of invalid data item", -1));
+        return;
+    }
+    HCifDataItem item = block_->add_item(name.text);
+    if (item->has_value()) {
+        duplicate(item, name.text, name.line);
+        return;
+    }
+    seen_at_[item.get()] = name.line;
+    const int result = item->set_single_value(value.text);
+    if (result != 0)
+        add(CifError(cif_check_result_code(result), name.text, name.line));
+    if (item->type() == CifDictionaryEntry::UnknownType)
+        add(CifError(320, name.text, name.line));
+}
+
+HCifDataItem CifParser::read_loop(std::int32_t loop_line)
+{
+    std::string before = std::move(pending_);
+    pending_.clear();
+    std::string after;
+    CifToken token;
+
+    for (;;) {
+        tokeniser_.next(token);
+        if (token.kind != CifComment || token.line != loop_line)
+            break;
+        append_comment(after, token);
+    }
+    while (token.kind == CifLoopToken) {
+        add(CifError(319, token.text, token.line));
+        tokeniser_.next(token);
+    }
+    tokeniser_.push_front(std::move(token));
+    gather_comments(pending_, token);
+
+    std::vector<HCifDataItem> columns;
+    std::vector<std::string> names;
+    while (token.kind == CifName) {
+        HCifDataItem item = block_->add_item(token.text);
+        columns.push_back(item);
+        names.push_back(token.text);
+        if (!pending_.empty()) {
+            item->set_comment(0, pending_);
+            pending_.clear();
+        }
+        if (item->type() == CifDictionaryEntry::UnknownType)
+            add(CifError(320, token.text, token.line));
+        if (item->has_value())
+            duplicate(item, token.text, token.line);
+        seen_at_[item.get()] = token.line;
+
+        const std::int32_t name_line = token.line;
+        for (;;) {
+            tokeniser_.next(token);
+            if (token.kind != CifComment || token.line != name_line)
+                break;
+            append_comment(pending_, token);
+        }
+        tokeniser_.push_front(std::move(token));
+        if (!pending_.empty()) {
+            item->set_comment(1, pending_);
+            pending_.clear();
+        }
+        gather_comments(pending_, token);
+    }
+    tokeniser_.push_front(token);
+
+    if (columns.empty()) {
+        add(CifError(321, token.line));
+        return HCifDataItem();
+    }
+
+    HCifLoop loop(new CifLoop(names));
+    for (const HCifDataItem& column : columns)
+        column->set_looped();
+    if (!before.empty())
+        loop->set_comment(1, before);
+    if (!after.empty())
+        loop->set_comment(2, after);
+    if (!pending_.empty()) {
+        loop->set_note(0, pending_);
+        pending_.clear();
+    }
+    try {
+        block_->add_loop(loop);
+    } catch (const CifErrorException& e) {
+        // A name that an earlier loop of the block holds: the columns join that loop, so that
+        // every looped item keeps belonging to exactly one loop.
+        add(CifError(e.error()));
+        block_->make_loop(names);
+    }
+
+    for (std::size_t row = 0;; ++row) {
+        for (const HCifDataItem& column : columns) {
+            do
+                tokeniser_.next(token);
+            while (token.kind & comment_or_blank);
+            if (token.kind != CifValueToken) {
+                tokeniser_.push_front(std::move(token));
+                add(CifError(322, loop_line));
+                return columns.front();
+            }
+            const int result = column->set_value(row, token.text);
+            if (result != 0)
+                add(CifError(cif_check_result_code(result), column->name(), token.line));
+        }
+        pending_.clear();
+        gather_comments(pending_, token);
+        const bool more = token.kind == CifValueToken;
+        tokeniser_.push_front(std::move(token));
+        if (!more)
+            break;
+    }
+    for (const HCifDataItem& column : columns)
+        column->shrink_to_fit();
+    return columns.front();
+}

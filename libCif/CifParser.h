@@ -1,0 +1,40 @@
+#ifndef CIFWARD_CIFPARSER_H
+#define CIFWARD_CIFPARSER_H
+
+#include "Cif.h"
+#include "CifTokeniser.h"
+
+#include <string>
+#include <unordered_map>
+
+// Builds blocks, items and loops from tokens, turning every fault into a finding.
+class CifParser {
+public:
+    CifParser(Cif& cif, CifTokeniser& tokeniser);
+    void run();
+
+private:
+    void ensure_block(std::int32_t line);
+    void start_block(const std::string& name, std::int32_t line);
+    void heading(const CifToken& token);
+    HCifDataItem name(const CifToken& token);
+    void set_item(const CifToken& name, const CifToken& value);
+    HCifDataItem read_loop(std::int32_t loop_line);
+    void stray_value(const CifToken& token, const HCifDataItem& last_item, bool& stray_reported);
+    void duplicate(const HCifDataItem& item, const std::string& name, std::int32_t line);
+    // Appends comments and blank lines to `out`, and leaves the first other token in `token`.
+    void gather_comments(std::string& out, CifToken& token);
+    void add(CifError&& error) { errors_->add(std::move(error)); }
+
+    HCifDictionary dictionary_;
+    HCifErrorList errors_;
+    Cif::Blocks& blocks_;
+    CifTokeniser& tokeniser_;
+    std::string pending_;
+    std::unordered_map<const CifDataItem*, std::int32_t> seen_at_;
+    HCifDataBlock block_;
+    bool was_suppressed_ = false;
+    std::unordered_map<std::string, int> block_names_;
+};
+
+#endif

@@ -1,0 +1,270 @@
+#include "CifTokeniser.h"
+
+#include "CifNameCompare.h"
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+constexpr std::size_t chunk_size = 1 << 16;
+
+// Byte classes of the classic locale, for the 8-bit bytes of a Latin-1 stream.
+enum ByteClass : unsigned char { Plain, Control, High, LineEnd };
+
+struct ByteClasses {
+    ByteClass of[256];
+    ByteClasses()
+    {
+        for (int c = 0; c < 256; ++c) {
+            if (c == '\n' || c == '\r')
+                of[c] = LineEnd;
+            else if (c == '\t' || c == '\v' || c == '\f')
+                of[c] = Plain;
+            else if (c < 32 || c == 127)
+                of[c] = Control;
+            else if (c >= 128)
+                of[c] = High;
+            else
+                of[c] = Plain;
+        }
+    }
+};
+const ByteClasses byte_classes;
+
+// After control bytes have become blanks, a line holds no other white space than these.
+inline bool is_white(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; }
+
+inline bool is_graphic(char c)
+{
+    const unsigned char u = static_cast<unsigned char>(c);
+    return u > 32 && u < 127;
+}
+
+std::string octal_escape(unsigned char c)
+{
+    char text[8];
+    std::snprintf(text, sizeof text, "\\0%o", static_cast<unsigned>(c));
+    return text;
+}
+
+} // namespace
+
+CifTokeniser::CifTokeniser(std::istream& stream, unsigned line_limit, const HCifErrorList& errors)
+    : line_limit_(line_limit), errors_(errors), stream_(stream), source_(stream.rdbuf()),
+      good_(stream.good() && stream.rdbuf() != nullptr), chunk_(new char[chunk_size])
+{
+}
+
+CifTokeniser::~CifTokeniser()
+{
+    if (source_ended_)
+        stream_.setstate(std::ios::eofbit);
+}
+
+int CifTokeniser::get()
+{
+    if (chunk_pos_ == chunk_end_) {
+        if (peek() == EOF) {
+            good_ = false;
+            return EOF;
+        }
+    }
+    return static_cast<unsigned char>(chunk_[chunk_pos_++]);
+}
+
+// Looks at the next byte without taking it; meeting the end here leaves the state good, so the
+// next line read meets the end in the ordinary way.
+int CifTokeniser::peek()
+{
+    if (chunk_pos_ == chunk_end_) {
+        if (source_ended_)
+            return EOF;
+        std::streamsize got = 0;
+        try {
+            got = source_->sgetn(chunk_.get(), chunk_size);
+        } catch (...) {
+            got = 0;
+        }
+        chunk_pos_ = 0;
+        chunk_end_ = got > 0 ? static_cast<std::size_t>(got) : 0;
+        if (chunk_end_ == 0) {
+            source_ended_ = true;
+            return EOF;
+        }
+    }
+    return static_cast<unsigned char>(chunk_[chunk_pos_]);
+}
+
+bool CifTokeniser::read_line()
+{
+    pos_ = 0;
+    if (!good_) {
+        length_ = 0;
+        return false;
+    }
+    int index = 0;
+    for (;;) {
+        int c;
+        if (chunk_pos_ < chunk_end_) {
+            c = static_cast<unsigned char>(chunk_[chunk_pos_++]);
+        } else {
+            c = get();
+            if (c == EOF)
+                break;
+        }
+        unsigned char byte = static_cast<unsigned char>(c);
+        const ByteClass kind = byte_classes.of[byte];
+        if (kind == LineEnd) {
+            if (byte == '\r' && peek() == '\n')
+                ++chunk_pos_;
+            break;
+        }
+        if (index == static_cast<int>(line_limit_))
+            errors_->add(CifError(347, std::to_string(line_limit_), line_number_ + 1));
+        if (kind == Control) {
+            errors_->add(CifError(348, octal_escape(byte), line_number_ + 1));
+            byte = ' ';
+        } else if (kind == High) {
+            errors_->add(CifError(349, octal_escape(byte), line_number_ + 1));
+        }
+        buffer_[index++] = static_cast<char>(byte);
+        if (index > hard_line_limit)
+            break;
+    }
+    ++line_number_;
+    if (index > hard_line_limit) {
+        errors_->add(CifError(347, std::to_string(hard_line_limit), line_number_));
+        for (;;) {
+            const int c = get();
+            if (c == EOF || c == '\n')
+                break;
+            if (c == '\r') {
+                if (peek() == '\n')
+                    ++chunk_pos_;
+                break;
+            }
+        }
+        index = hard_line_limit;
+    }
+    length_ = index;
+    buffer_[length_] = '\0';
+    return true;
+}
+
+CifToken CifTokeniser::next()
+{
+    CifToken token;
+    next(token);
+    return token;
+}
+
+void CifTokeniser::next(CifToken& token)
+{
+    if (!queue_.empty()) {
+        token = std::move(queue_.front());
+        queue_.pop_front();
+        return;
+    }
+    for (;;) {
+        while (pos_ < length_ && is_white(buffer_[pos_]))
+            ++pos_;
+        if (pos_ < length_) {
+            scan_word(token);
+            return;
+        }
+
+        if (!read_line()) {
+            token.kind = CifEnd;
+            token.text.clear();
+            token.line = token.end_line = line_number_;
+            return;
+        }
+        const bool indented = length_ > 0 && is_white(buffer_[0]);
+        while (pos_ < length_ && is_white(buffer_[pos_]))
+            ++pos_;
+        if (pos_ == length_) {
+            token.kind = CifBlank;
+            token.text.clear();
+            token.line = token.end_line = line_number_;
+            return;
+        }
+        if (buffer_[pos_] != ';')
+            continue;
+
+        // A text block: from a ';' that begins a line up to the next line that begins with ';'.
+        if (indented)
+            errors_->add(CifError(351, line_number_));
+        token.kind = CifValueToken;
+        token.line = token.end_line = line_number_;
+        token.text.assign(buffer_ + pos_ + 1, static_cast<std::size_t>(length_ - pos_ - 1));
+        for (;;) {
+            token.text += '\n';
+            if (!read_line()) {
+                errors_->add(CifError(353, line_number_));
+                return;
+            }
+            int close = -1;
+            if (length_ > 0 && buffer_[0] == ';') {
+                close = 0;
+            } else if (indented) {
+                int first = 0;
+                while (first < length_ && is_white(buffer_[first]))
+                    ++first;
+                if (first < length_ && buffer_[first] == ';') {
+                    errors_->add(CifError(352, line_number_));
+                    close = first;
+                }
+            }
+            if (close >= 0) {
+                pos_ = close + 1;
+                token.end_line = line_number_;
+                return;
+            }
+            token.text.append(buffer_, static_cast<std::size_t>(length_));
+        }
+    }
+}
+
+void CifTokeniser::scan_word(CifToken& token)
+{
+    const char first = buffer_[pos_];
+    token.line = token.end_line = line_number_;
+
+    if (first == '"' || first == '\'') {
+        const int start = pos_ + 1;
+        for (int i = start; i < length_; ++i) {
+            if (buffer_[i] == first && buffer_[i - 1] != '\\' && (i + 1 >= length_ || !is_graphic(buffer_[i + 1]))) {
+                token.kind = CifValueToken;
+                token.text.assign(buffer_ + start, static_cast<std::size_t>(i - start));
+                pos_ = i + 1;
+                return;
+            }
+        }
+        errors_->add(CifError(350, std::string(1, first), line_number_));
+        token.kind = CifValueToken;
+        token.text.assign(buffer_ + start, static_cast<std::size_t>(length_ - start));
+        pos_ = length_;
+        return;
+    }
+
+    if (first == '#') {
+        token.kind = CifComment;
+        token.text.assign(buffer_ + pos_ + 1, static_cast<std::size_t>(length_ - pos_ - 1));
+        pos_ = length_;
+        return;
+    }
+
+    const int start = pos_;
+    while (pos_ < length_ && !is_white(buffer_[pos_]))
+        ++pos_;
+    token.text.assign(buffer_ + start, static_cast<std::size_t>(pos_ - start));
+    if (first == '_')
+        token.kind = CifName;
+    else if (cif_starts_with_nocase(token.text, "data_"))
+        token.kind = CifHeading;
+    else if (cif_starts_with_nocase(token.text, "loop_"))
+        token.kind = CifLoopToken;
+    else
+        token.kind = CifValueToken;
+}

@@ -1,0 +1,226 @@
+#include "CifValueCheck.h"
+
+#include "CifDictionary.h"
+#include "CifNameCompare.h"
+
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+bool is_space(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
+
+bool only_space_from(const std::string& v, std::size_t i)
+{
+    for (; i < v.size(); ++i)
+        if (!is_space(v[i]))
+            return false;
+    return true;
+}
+
+// A number with an uncertainty, "x(u)", read as the scanning format "%f(%d)" reads it.
+bool scan_with_uncertainty(const char* text, float& x, int& u)
+{
+    return std::sscanf(text, "%f(%d)", &x, &u) == 2;
+}
+
+int standard_check(const CifDictionary& dictionary, const std::string& name, CifValueRange& range,
+                   const std::string& v)
+{
+    if (v.empty())
+        return 0;
+    const int type = dictionary.type(name);
+    if (type == CifDictionaryEntry::UnknownType)
+        return 0;
+    if (v == "?" || v == ".")
+        return 0;
+
+    const CifDictionary::Pairs& enumeration = dictionary.enumeration(name);
+    if (!enumeration.empty()) {
+        for (const auto& allowed : enumeration)
+            if (cif_names_equal(allowed.first, v))
+                return 0;
+        return 1;
+    }
+
+    float x = 0.0f;
+    int u = 0;
+    if (type == CifDictionaryEntry::Numb) {
+        if (std::sscanf(v.c_str(), "%f", &x) != 1)
+            return 3;
+        if (!cif_is_well_formed_number(v))
+            return 2;
+    }
+
+    const int conditions = dictionary.type_conditions(name);
+    const std::string& range_text = dictionary.enumeration_range(name);
+    if (!range_text.empty()) {
+        if (!range.parsed) {
+            float low = 0.0f, high = 0.0f;
+            if (std::sscanf(range_text.c_str(), "%f:%f", &low, &high) == 2) {
+                range.low = low;
+                range.high = high;
+                range.has_low = range.has_high = true;
+            } else if (std::sscanf(range_text.c_str(), "%f:", &low) == 1) {
+                range.low = low;
+                range.has_low = true;
+            } else if (std::sscanf(range_text.c_str(), ":%f", &high) == 1) {
+                range.high = high;
+                range.has_high = true;
+            } else {
+                return 7;
+            }
+            range.parsed = true;
+        }
+
+        // Fortran's D exponent reads as E for the comparison.
+        std::string copy = v;
+        std::string::size_type at = copy.find('D');
+        if (at != std::string::npos)
+            copy[at] = 'E';
+        at = copy.find('d');
+        if (at != std::string::npos)
+            copy[at] = 'e';
+
+        if (conditions == CifDictionaryEntry::Esd && scan_with_uncertainty(copy.c_str(), x, u)) {
+            int decimals = 0;
+            at = copy.find('.');
+            if (at != std::string::npos)
+                for (std::size_t i = at + 1; i < copy.size() && is_digit(copy[i]); ++i)
+                    ++decimals;
+            int exponent = 0;
+            at = copy.find('e');
+            if (at == std::string::npos)
+                at = copy.find('E');
+            if (at != std::string::npos)
+                exponent = std::atoi(copy.c_str() + at + 1);
+            // The uncertainty counts in units of the value's last digit.
+            const float s = static_cast<float>(u) * std::pow(10.0f, static_cast<float>(exponent - decimals));
+            if (range.has_low && range.low - 3.0f * s > x)
+                return 4;
+            if (range.has_high && range.high + 3.0f * s < x)
+                return 5;
+        } else if (std::sscanf(copy.c_str(), "%f", &x) == 1) {
+            if (range.has_low && x < range.low)
+                return 4;
+            if (range.has_high && x > range.high)
+                return 5;
+        }
+    }
+
+    if (type == CifDictionaryEntry::Numb && conditions == CifDictionaryEntry::NoConditions &&
+        scan_with_uncertainty(v.c_str(), x, u))
+        return 6;
+    return 0;
+}
+
+int flags_check(const std::string& v)
+{
+    if (v.empty())
+        return 1;
+    if (v == ".")
+        return 0;
+    for (char c : v)
+        if (std::strchr("SGRDTUP", c) == nullptr || c == '\0')
+            return 1;
+    return 0;
+}
+
+} // namespace
+
+CifValueCheckKind cif_value_check_kind(const std::string& name)
+{
+    if (cif_names_equal(name, "_atom_site_refinement_flags"))
+        return CifValueCheckKind::Flags;
+    if (cif_names_equal(name, "_refine_ls_weighting_scheme"))
+        return CifValueCheckKind::FirstWord;
+    for (const char* free_text : {"_publ_contact_author_phone", "_publ_contact_author_fax",
+                                  "_audit_contact_author_phone", "_audit_contact_author_fax"})
+        if (cif_names_equal(name, free_text))
+            return CifValueCheckKind::None;
+    return CifValueCheckKind::Standard;
+}
+
+int cif_check_value(CifValueCheckKind kind, const CifDictionary& dictionary, const std::string& name,
+                    CifValueRange& range, const std::string& value)
+{
+    switch (kind) {
+    case CifValueCheckKind::None:
+        return 0;
+    case CifValueCheckKind::Flags:
+        return flags_check(value);
+    case CifValueCheckKind::FirstWord: {
+        if (value.size() < 4)
+            return 1;
+        const std::string::size_type blank = value.find(' ');
+        if (blank != std::string::npos)
+            return standard_check(dictionary, name, range, value.substr(0, blank));
+        return standard_check(dictionary, name, range, value);
+    }
+    case CifValueCheckKind::Standard:
+        break;
+    }
+    return standard_check(dictionary, name, range, value);
+}
+
+bool cif_is_well_formed_number(const std::string& v)
+{
+    std::size_t i = 0;
+    const std::size_t n = v.size();
+    if (i < n && (v[i] == '+' || v[i] == '-'))
+        ++i;
+    bool point = false;
+    if (i < n && v[i] == '.') {
+        point = true;
+        ++i;
+    }
+    std::size_t digits = 0;
+    while (i < n && is_digit(v[i])) {
+        ++i;
+        ++digits;
+    }
+    if (!point && i < n && v[i] == '.') {
+        ++i;
+        while (i < n && is_digit(v[i])) {
+            ++i;
+            ++digits;
+        }
+    }
+    if (digits == 0)
+        return false;
+    if (only_space_from(v, i))
+        return true;
+
+    if (i < n && (v[i] == 'd' || v[i] == 'D' || v[i] == 'e' || v[i] == 'E')) {
+        ++i;
+        if (i < n && (v[i] == '+' || v[i] == '-'))
+            ++i;
+        std::size_t exponent_digits = 0;
+        while (i < n && is_digit(v[i])) {
+            ++i;
+            ++exponent_digits;
+        }
+        if (exponent_digits == 0)
+            return false;
+    }
+
+    if (i < n && v[i] == '(') {
+        ++i;
+        std::size_t uncertainty_digits = 0;
+        while (i < n && is_digit(v[i])) {
+            ++i;
+            ++uncertainty_digits;
+        }
+        if (uncertainty_digits == 0 || i >= n || v[i] != ')')
+            return false;
+        ++i;
+    } else {
+        while (i < n && is_digit(v[i]))
+            ++i;
+    }
+    return only_space_from(v, i);
+}

@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Installs the Debian packages the build, the tests, the fuzzer and the benchmarks need.
+# Packages already present are skipped, so a second run costs one dpkg query.
+# Usage: scripts/install-deps.sh [build|test|bench|all]   (default: test)
+set -euo pipefail
+
+want=${1:-test}
+pkgs=(cmake g++ ninja-build ccache libgtest-dev libgmock-dev libpcre2-dev)
+case "$want" in
+  build) ;;
+  test) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi) ;;
+  bench|all) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time) ;;
+  *) echo "install-deps.sh: unknown set '$want' (build, test, bench or all)" >&2; exit 2 ;;
+esac
+
+missing=()
+for p in "${pkgs[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "Installing: ${missing[*]}"
+SUDO=
+[ "$(id -u)" -eq 0 ] || SUDO=sudo
+export DEBIAN_FRONTEND=noninteractive
+$SUDO apt-get update -qq
+$SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

@@ -43,7 +43,8 @@ std::string plural(std::size_t n, const char* one, const char* many)
 
 } // namespace
 
-BatchChecker::BatchChecker(const CheckerOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+BatchChecker::BatchChecker(const CheckerOptions& options, std::istream& in, std::ostream& out,
+                           std::ostream& err)
     : options_(options), in_(in), out_(out), err_(err)
 {
 }
@@ -54,43 +55,46 @@ void BatchChecker::fail(const std::string& message)
     status_ = UsageOrReadFailure;
 }
 
-bool BatchChecker::load(const std::string& path, std::string& text)
+std::unique_ptr<std::istream> BatchChecker::open(const std::string& path)
 {
     if (path == "-") {
-        text.assign(std::istreambuf_iterator<char>(in_), std::istreambuf_iterator<char>());
+        // Standard input cannot be read twice, so it is taken whole.
+        std::string text(std::istreambuf_iterator<char>(in_), std::istreambuf_iterator<char>{});
         if (in_.bad()) {
             fail("cannot read standard input");
-            return false;
+            return nullptr;
         }
-        return true;
+        return std::make_unique<std::istringstream>(std::move(text));
     }
     std::error_code ec;
     const fs::file_status status = fs::status(path, ec);
     if (ec || !fs::exists(status)) {
         fail("cannot read '" + path + "': No such file or directory");
-        return false;
+        return nullptr;
     }
     if (fs::is_directory(status)) {
         fail("cannot read '" + path + "': Is a directory");
-        return false;
+        return nullptr;
     }
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
+    auto file = std::make_unique<std::ifstream>(path, std::ios::binary);
+    if (!*file) {
         fail("cannot read '" + path + "': " + std::strerror(errno));
-        return false;
+        return nullptr;
     }
-    std::ostringstream content;
-    content << file.rdbuf();
-    if (file.bad()) {
+    std::string head(65536, '\0');
+    file->read(&head[0], static_cast<std::streamsize>(head.size()));
+    head.resize(static_cast<std::size_t>(file->gcount()));
+    if (file->bad()) {
         fail("cannot read '" + path + "': read error");
-        return false;
+        return nullptr;
     }
-    text = std::move(content).str();
-    if (looks_binary(text)) {
+    if (looks_binary(head)) {
         fail("cannot read '" + path + "': a binary file, not a CIF");
-        return false;
+        return nullptr;
     }
-    return true;
+    file->clear();
+    file->seekg(0);
+    return file;
 }
 
 void BatchChecker::report_text(std::ostream& report, const FileReport& file) const
@@ -99,8 +103,8 @@ void BatchChecker::report_text(std::ostream& report, const FileReport& file) con
         for (const CifError& finding : *file.cif->errors())
             report << file.name << ": " << finding.text() << '\n';
     report << file.name << ": " << plural(file.errors, "error", "errors") << ", "
-           << plural(file.warnings, "warning", "warnings") << ", " << plural(file.remarks, "remark", "remarks")
-           << '\n';
+           << plural(file.warnings, "warning", "warnings") << ", "
+           << plural(file.remarks, "remark", "remarks") << '\n';
 }
 
 void BatchChecker::report_json(std::ostream& report, const FileReport& file, bool first) const
@@ -179,8 +183,8 @@ bool BatchChecker::write_back(const Cif& cif, const std::string& input_path)
         write_errno = errno;
     if (write_errno == 0) {
         // Keep the permissions of a file that is replaced, else the usual ones for a new file.
-        fs::perms perms = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read |
-                          fs::perms::others_read;
+        fs::perms perms =
+            fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read;
         const fs::file_status old = fs::status(target, ec);
         if (!ec && fs::exists(old))
             perms = old.permissions();
@@ -203,22 +207,20 @@ int BatchChecker::run()
     std::ostream& report = options_.output == "-" ? err_ : out_;
     const bool json = options_.format == CheckerOptions::Format::Json;
     if (json)
-        report << "{\n  \"program\": " << json_string(programName()) << ", \"version\": "
-               << json_string(programVersion()) << ",\n  \"files\": [";
+        report << "{\n  \"program\": " << json_string(programName())
+               << ", \"version\": " << json_string(programVersion()) << ",\n  \"files\": [";
 
     bool first = true;
     for (const std::string& path : options_.files) {
-        std::string text;
-        if (!load(path, text))
+        std::unique_ptr<std::istream> input = open(path);
+        if (!input)
             continue;
         Cif cif(dictionary);
         // Without a dictionary every data name is unknown; warning about each one would bury
         // the syntax findings.
         cif.errors()->suppress(320);
-        {
-            std::istringstream stream(std::move(text));
-            cif.read(stream, options_.line_limit);
-        }
+        cif.read(*input, options_.line_limit);
+        input.reset();
         FileReport file;
         file.name = path == "-" ? "<stdin>" : path;
         file.cif = &cif;
@@ -242,7 +244,8 @@ int BatchChecker::run()
     return status_;
 }
 
-int BatchChecker::main(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err)
+int BatchChecker::main(int argc, const char* const* argv, std::istream& in, std::ostream& out,
+                       std::ostream& err)
 {
     CheckerOptions options;
     std::string error;

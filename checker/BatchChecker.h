@@ -4,6 +4,7 @@
 #include "CheckerOptions.h"
 
 #include <iosfwd>
+#include <memory>
 #include <string>
 
 // Runs cifward-check: reads each file, reports its findings and writes the document back when
@@ -17,11 +18,13 @@ public:
     int run();
 
     // Parses the command line and runs; what main does.
-    static int main(int argc, const char* const* argv, std::istream& in, std::ostream& out, std::ostream& err);
+    static int main(int argc, const char* const* argv, std::istream& in, std::ostream& out,
+                    std::ostream& err);
 
 private:
     struct FileReport;
-    bool load(const std::string& path, std::string& text);
+    // Opens `path` for reading, or takes standard input for "-"; null with a message if it can't.
+    std::unique_ptr<std::istream> open(const std::string& path);
     void report_text(std::ostream& report, const FileReport& file) const;
     void report_json(std::ostream& report, const FileReport& file, bool first) const;
     bool write_back(const class Cif& cif, const std::string& input_path);

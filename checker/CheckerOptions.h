@@ -15,7 +15,7 @@ struct CheckerOptions {
     bool use_dictionaries = true;
     bool help = false;
     bool version = false;
-    std::string output;  // empty: no write-back; "-": standard output
+    std::string output; // empty: no write-back; "-": standard output
 
     // Fills `options` from argv; on a usage error gives false with a one-line `error`.
     static bool parse(int argc, const char* const* argv, CheckerOptions& options, std::string& error);

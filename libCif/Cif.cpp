@@ -7,7 +7,9 @@
 
 const char* const cif_added_block_name = "data_added_by_cifward";
 
-Cif::Cif(const HCifDictionary& dictionary) : dictionary_(dictionary), errors_(new CifErrorList) {}
+Cif::Cif(const HCifDictionary& dictionary) : dictionary_(dictionary), errors_(new CifErrorList)
+{
+}
 
 void Cif::read(std::istream& stream, unsigned line_limit)
 {
@@ -29,7 +31,10 @@ void Cif::write(std::ostream& stream, unsigned line_limit) const
         each->write(stream, line_limit);
 }
 
-CifDataBlock& Cif::block(std::size_t index) const { return *block_handle(index); }
+CifDataBlock& Cif::block(std::size_t index) const
+{
+    return *block_handle(index);
+}
 
 HCifDataBlock Cif::block_handle(std::size_t index) const
 {

@@ -42,8 +42,14 @@ const CifDictionaryEntry& CifConcreteDictionary::find(const std::string& name) c
     return it == entries_.end() ? undefined_entry() : *it->second;
 }
 
-bool CifConcreteDictionary::exists(const std::string& name) const { return entries_.count(name) != 0; }
-const std::string& CifConcreteDictionary::category(const std::string& n) const { return find(n).category; }
+bool CifConcreteDictionary::exists(const std::string& name) const
+{
+    return entries_.count(name) != 0;
+}
+const std::string& CifConcreteDictionary::category(const std::string& n) const
+{
+    return find(n).category;
+}
 const std::string& CifConcreteDictionary::list_link_parent(const std::string& n) const
 {
     return find(n).list_link_parent;
@@ -60,8 +66,14 @@ const std::string& CifConcreteDictionary::enumeration_range(const std::string& n
 {
     return find(n).enumeration_range;
 }
-const std::string& CifConcreteDictionary::definition(const std::string& n) const { return find(n).definition; }
-const std::string& CifConcreteDictionary::units(const std::string& n) const { return find(n).units; }
+const std::string& CifConcreteDictionary::definition(const std::string& n) const
+{
+    return find(n).definition;
+}
+const std::string& CifConcreteDictionary::units(const std::string& n) const
+{
+    return find(n).units;
+}
 const std::string& CifConcreteDictionary::units_detail(const std::string& n) const
 {
     return find(n).units_detail;
@@ -74,15 +86,30 @@ const std::string& CifConcreteDictionary::list_uniqueness(const std::string& n) 
 {
     return find(n).list_uniqueness;
 }
-int CifConcreteDictionary::type(const std::string& n) const { return find(n).type; }
-int CifConcreteDictionary::type_conditions(const std::string& n) const { return find(n).type_conditions; }
-int CifConcreteDictionary::list(const std::string& n) const { return find(n).list; }
-bool CifConcreteDictionary::list_mandatory(const std::string& n) const { return find(n).list_mandatory; }
+int CifConcreteDictionary::type(const std::string& n) const
+{
+    return find(n).type;
+}
+int CifConcreteDictionary::type_conditions(const std::string& n) const
+{
+    return find(n).type_conditions;
+}
+int CifConcreteDictionary::list(const std::string& n) const
+{
+    return find(n).list;
+}
+bool CifConcreteDictionary::list_mandatory(const std::string& n) const
+{
+    return find(n).list_mandatory;
+}
 const CifDictionary::Strings& CifConcreteDictionary::list_link_child(const std::string& n) const
 {
     return find(n).list_link_child;
 }
-const CifDictionary::Pairs& CifConcreteDictionary::example(const std::string& n) const { return find(n).example; }
+const CifDictionary::Pairs& CifConcreteDictionary::example(const std::string& n) const
+{
+    return find(n).example;
+}
 const CifDictionary::Pairs& CifConcreteDictionary::enumeration(const std::string& n) const
 {
     return find(n).enumeration;

@@ -179,7 +179,8 @@ bool CifDataBlock::copy_item(const std::string& name, const CifDataBlock& source
     return true;
 }
 
-void CifDataBlock::copy_loop(const std::vector<std::string>& names, const CifDataBlock& source, bool keep_existing)
+void CifDataBlock::copy_loop(const std::vector<std::string>& names, const CifDataBlock& source,
+                             bool keep_existing)
 {
     if (keep_existing)
         for (const std::string& name : names)
@@ -253,7 +254,8 @@ void CifDataBlock::set_write_order(const std::vector<std::string>& names, int mo
         break;
     default:
         throw CifErrorException(CifError(
-            316, "Invalid move of cif data item: CifDataBlock::set_write_order mode was " + std::to_string(mode),
+            316,
+            "Invalid move of cif data item: CifDataBlock::set_write_order mode was " + std::to_string(mode),
             -1));
     }
 
@@ -264,7 +266,8 @@ void CifDataBlock::set_write_order(const std::vector<std::string>& names, int mo
     }
 
     for (const HCifLoop& loop : loops_)
-        if (std::any_of(names.begin(), names.end(), [&loop](const std::string& n) { return loop->contains(n); }))
+        if (std::any_of(names.begin(), names.end(),
+                        [&loop](const std::string& n) { return loop->contains(n); }))
             loop->reorder(names);
 }
 

@@ -63,7 +63,10 @@ void CifDataItem::copy_value(const CifDataItem& other)
     values_ = other.values_;
 }
 
-std::string CifDataItem::value(std::size_t row) const { return std::string(value_view(row)); }
+std::string CifDataItem::value(std::size_t row) const
+{
+    return std::string(value_view(row));
+}
 
 std::string_view CifDataItem::value_view(std::size_t row) const
 {
@@ -78,11 +81,26 @@ void CifDataItem::remove_value(std::size_t row)
         values_.erase(row);
 }
 
-const std::string& CifDataItem::category() const { return dictionary_->category(name_); }
-int CifDataItem::type() const { return dictionary_->type(name_); }
-int CifDataItem::type_conditions() const { return dictionary_->type_conditions(name_); }
-const CifDictionary::Pairs& CifDataItem::enumeration() const { return dictionary_->enumeration(name_); }
-const std::string& CifDataItem::enumeration_range() const { return dictionary_->enumeration_range(name_); }
+const std::string& CifDataItem::category() const
+{
+    return dictionary_->category(name_);
+}
+int CifDataItem::type() const
+{
+    return dictionary_->type(name_);
+}
+int CifDataItem::type_conditions() const
+{
+    return dictionary_->type_conditions(name_);
+}
+const CifDictionary::Pairs& CifDataItem::enumeration() const
+{
+    return dictionary_->enumeration(name_);
+}
+const std::string& CifDataItem::enumeration_range() const
+{
+    return dictionary_->enumeration_range(name_);
+}
 
 void CifDataItem::write(std::ostream& stream, unsigned line_limit) const
 {

@@ -4,7 +4,9 @@
 
 #include <utility>
 
-CifError::CifError(std::uint32_t code, std::int32_t line) : code(code), line(line) {}
+CifError::CifError(std::uint32_t code, std::int32_t line) : code(code), line(line)
+{
+}
 
 CifError::CifError(std::uint32_t code, std::string first, std::int32_t line)
     : code(code), line(line), first(std::move(first))
@@ -16,7 +18,10 @@ CifError::CifError(std::uint32_t code, std::string first, std::string second, st
 {
 }
 
-int CifError::severity() const { return cif_message(code).severity; }
+int CifError::severity() const
+{
+    return cif_message(code).severity;
+}
 
 std::string CifError::severity_label(int severity)
 {
@@ -32,7 +37,10 @@ std::string CifError::severity_label(int severity)
     }
 }
 
-std::string CifError::severity_text() const { return severity_label(severity()); }
+std::string CifError::severity_text() const
+{
+    return severity_label(severity());
+}
 
 std::string CifError::message() const
 {

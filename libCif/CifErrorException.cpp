@@ -1,3 +1,5 @@
 #include "CifErrorException.h"
 
-CifErrorException::CifErrorException(const CifError& error) : std::runtime_error(error.text()), error_(error) {}
+CifErrorException::CifErrorException(const CifError& error) : std::runtime_error(error.text()), error_(error)
+{
+}

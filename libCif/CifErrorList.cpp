@@ -14,7 +14,10 @@ void CifErrorList::add(CifError&& error)
         errors_.push_back(std::move(error));
 }
 
-void CifErrorList::clear() { errors_.clear(); }
+void CifErrorList::clear()
+{
+    errors_.clear();
+}
 
 std::size_t CifErrorList::count_of_severity(int severity) const
 {

@@ -15,7 +15,8 @@ std::vector<std::string>::iterator find_name(std::vector<std::string>& names, co
 
 bool CifLoop::contains(const std::string& name) const
 {
-    return std::any_of(names_.begin(), names_.end(), [&name](const std::string& n) { return cif_names_equal(n, name); });
+    return std::any_of(names_.begin(), names_.end(),
+                       [&name](const std::string& n) { return cif_names_equal(n, name); });
 }
 
 void CifLoop::add(const std::string& name)
@@ -63,7 +64,10 @@ void CifLoop::set_note(std::size_t row, const std::string& text)
     notes_[row] = text;
 }
 
-void CifLoop::add_names_to(std::vector<std::string>& out) const { out.insert(out.end(), names_.begin(), names_.end()); }
+void CifLoop::add_names_to(std::vector<std::string>& out) const
+{
+    out.insert(out.end(), names_.begin(), names_.end());
+}
 
 void CifLoop::write(std::ostream& stream, const std::vector<HCifDataItem>& items, unsigned line_limit) const
 {

@@ -73,6 +73,12 @@ const CifMessage& cif_message(std::uint32_t code)
     return (row != end && row->code == code) ? *row : fallback;
 }
 
-const CifMessage* cif_message_table_begin() { return std::begin(table); }
+const CifMessage* cif_message_table_begin()
+{
+    return std::begin(table);
+}
 
-std::size_t cif_message_table_size() { return std::size(table); }
+std::size_t cif_message_table_size()
+{
+    return std::size(table);
+}

@@ -5,7 +5,10 @@
 #include <string_view>
 
 // Data names compare without regard to case (ASCII letters only: CIF names are ASCII).
-inline unsigned char cif_fold(unsigned char c) { return (c >= 'A' && c <= 'Z') ? c + 32 : c; }
+inline unsigned char cif_fold(unsigned char c)
+{
+    return (c >= 'A' && c <= 'Z') ? c + 32 : c;
+}
 
 inline bool cif_names_equal(std::string_view a, std::string_view b)
 {

@@ -92,7 +92,8 @@ void CifParser::stray_value(const CifToken& token, const HCifDataItem& last_item
         const std::string value = last_item->first_value();
         const std::string::size_type begin = value.find_first_not_of(" \t");
         const std::string::size_type end = value.find_last_not_of(" \t");
-        const std::string stripped = begin == std::string::npos ? std::string() : value.substr(begin, end - begin + 1);
+        const std::string stripped =
+            begin == std::string::npos ? std::string() : value.substr(begin, end - begin + 1);
         if ((!stripped.empty() && stripped[0] == '_') || stripped.find("\n_") != std::string::npos) {
             add(CifError(311, token.text, token.line));
             return;
@@ -195,7 +196,8 @@ HCifDataItem CifParser::name(const CifToken& token)
 void CifParser::duplicate(const HCifDataItem& item, const std::string& name, std::int32_t line)
 {
     auto seen = seen_at_.find(item.get());
-    add(CifError(318, name, seen == seen_at_.end() ? std::string("unknown") : std::to_string(seen->second), line));
+    add(CifError(318, name, seen == seen_at_.end() ? std::string("unknown") : std::to_string(seen->second),
+                 line));
 }
 
 void CifParser::set_item(const CifToken& name, const CifToken& value)

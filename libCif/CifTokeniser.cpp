@@ -3,6 +3,7 @@
 #include "CifNameCompare.h"
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 namespace {
@@ -32,13 +33,37 @@ struct ByteClasses {
 };
 const ByteClasses byte_classes;
 
-// After control bytes have become blanks, a line holds no other white space than these.
-inline bool is_white(char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; }
+// After control bytes have become blanks, a line holds no other white space than these. The
+// line buffer ends in a NUL, which no line holds (control bytes are blanks by then), so scans
+// stop there without a length test.
+struct WordClasses {
+    bool white[256] = {};
+    bool word_end[256] = {};
+    WordClasses()
+    {
+        for (unsigned char c : {' ', '\t', '\v', '\f'})
+            white[c] = word_end[c] = true;
+        word_end[0] = true;
+    }
+};
+const WordClasses word_classes;
+
+inline bool is_white(char c)
+{
+    return word_classes.white[static_cast<unsigned char>(c)];
+}
 
 inline bool is_graphic(char c)
 {
     const unsigned char u = static_cast<unsigned char>(c);
     return u > 32 && u < 127;
+}
+
+// Copies without the aliasing checks of assign(): the source is never the string itself.
+inline void set_text(std::string& text, const char* from, std::size_t n)
+{
+    text.clear();
+    text.append(from, n);
 }
 
 std::string octal_escape(unsigned char c)
@@ -54,6 +79,7 @@ CifTokeniser::CifTokeniser(std::istream& stream, unsigned line_limit, const HCif
     : line_limit_(line_limit), errors_(errors), stream_(stream), source_(stream.rdbuf()),
       good_(stream.good() && stream.rdbuf() != nullptr), chunk_(new char[chunk_size])
 {
+    buffer_[0] = '\0';
 }
 
 CifTokeniser::~CifTokeniser()
@@ -101,10 +127,30 @@ bool CifTokeniser::read_line()
     pos_ = 0;
     if (!good_) {
         length_ = 0;
+        buffer_[0] = '\0';
         return false;
     }
     int index = 0;
     for (;;) {
+        // Runs of ordinary bytes are copied in one go; the byte at the soft limit, line ends,
+        // control and high bytes go through the step below one at a time.
+        if (chunk_pos_ < chunk_end_) {
+            const unsigned char* run = reinterpret_cast<const unsigned char*>(chunk_.get()) + chunk_pos_;
+            std::size_t n = chunk_end_ - chunk_pos_;
+            const std::size_t room = static_cast<std::size_t>(hard_line_limit + 1 - index);
+            if (n > room)
+                n = room;
+            if (index < static_cast<int>(line_limit_) && n > line_limit_ - static_cast<unsigned>(index))
+                n = line_limit_ - static_cast<unsigned>(index);
+            std::size_t k = 0;
+            while (k < n && byte_classes.of[run[k]] == Plain)
+                ++k;
+            std::memcpy(buffer_ + index, run, k);
+            index += static_cast<int>(k);
+            chunk_pos_ += k;
+            if (index > hard_line_limit)
+                break;
+        }
         int c;
         if (chunk_pos_ < chunk_end_) {
             c = static_cast<unsigned char>(chunk_[chunk_pos_++]);
@@ -167,7 +213,7 @@ void CifTokeniser::next(CifToken& token)
         return;
     }
     for (;;) {
-        while (pos_ < length_ && is_white(buffer_[pos_]))
+        while (is_white(buffer_[pos_]))
             ++pos_;
         if (pos_ < length_) {
             scan_word(token);
@@ -197,7 +243,7 @@ void CifTokeniser::next(CifToken& token)
             errors_->add(CifError(351, line_number_));
         token.kind = CifValueToken;
         token.line = token.end_line = line_number_;
-        token.text.assign(buffer_ + pos_ + 1, static_cast<std::size_t>(length_ - pos_ - 1));
+        set_text(token.text, buffer_ + pos_ + 1, static_cast<std::size_t>(length_ - pos_ - 1));
         for (;;) {
             token.text += '\n';
             if (!read_line()) {
@@ -234,31 +280,32 @@ void CifTokeniser::scan_word(CifToken& token)
     if (first == '"' || first == '\'') {
         const int start = pos_ + 1;
         for (int i = start; i < length_; ++i) {
-            if (buffer_[i] == first && buffer_[i - 1] != '\\' && (i + 1 >= length_ || !is_graphic(buffer_[i + 1]))) {
+            if (buffer_[i] == first && buffer_[i - 1] != '\\' &&
+                (i + 1 >= length_ || !is_graphic(buffer_[i + 1]))) {
                 token.kind = CifValueToken;
-                token.text.assign(buffer_ + start, static_cast<std::size_t>(i - start));
+                set_text(token.text, buffer_ + start, static_cast<std::size_t>(i - start));
                 pos_ = i + 1;
                 return;
             }
         }
         errors_->add(CifError(350, std::string(1, first), line_number_));
         token.kind = CifValueToken;
-        token.text.assign(buffer_ + start, static_cast<std::size_t>(length_ - start));
+        set_text(token.text, buffer_ + start, static_cast<std::size_t>(length_ - start));
         pos_ = length_;
         return;
     }
 
     if (first == '#') {
         token.kind = CifComment;
-        token.text.assign(buffer_ + pos_ + 1, static_cast<std::size_t>(length_ - pos_ - 1));
+        set_text(token.text, buffer_ + pos_ + 1, static_cast<std::size_t>(length_ - pos_ - 1));
         pos_ = length_;
         return;
     }
 
     const int start = pos_;
-    while (pos_ < length_ && !is_white(buffer_[pos_]))
+    while (!word_classes.word_end[static_cast<unsigned char>(buffer_[pos_])])
         ++pos_;
-    token.text.assign(buffer_ + start, static_cast<std::size_t>(pos_ - start));
+    set_text(token.text, buffer_ + start, static_cast<std::size_t>(pos_ - start));
     if (first == '_')
         token.kind = CifName;
     else if (cif_starts_with_nocase(token.text, "data_"))

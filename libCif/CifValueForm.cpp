@@ -4,7 +4,10 @@
 
 namespace {
 
-bool is_graphic(unsigned char c) { return c > 32 && c < 127; }
+bool is_graphic(unsigned char c)
+{
+    return c > 32 && c < 127;
+}
 
 // A quote inside a quoted value closes it when a non-graphic character follows.
 bool quote_ends_early(std::string_view value, char quote)
@@ -44,7 +47,8 @@ CifValueForm cif_value_form(std::string_view value, bool in_loop)
 {
     if (value.find_first_of("\n\r") != std::string_view::npos)
         return CifValueForm::TextBlock;
-    const bool quoted = (in_loop && value.empty()) || value.find_first_of(" \t\v\f") != std::string_view::npos ||
+    const bool quoted = (in_loop && value.empty()) ||
+                        value.find_first_of(" \t\v\f") != std::string_view::npos ||
                         reads_as_other_token(value);
     if (!quoted)
         return CifValueForm::Bare;

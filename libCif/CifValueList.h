@@ -21,8 +21,8 @@ public:
     }
 
     void push_back(std::string_view text);
-    void set(std::size_t row, std::string_view text);  // row < size()
-    void resize(std::size_t count);                    // new rows are empty
+    void set(std::size_t row, std::string_view text); // row < size()
+    void resize(std::size_t count);                   // new rows are empty
     void erase(std::size_t row);
     void clear();
     void shrink_to_fit();

@@ -8,8 +8,7 @@
 // Reference-counted handle. The count is a plain integer (the program has one thread), allocated
 // apart from the object so that a handle to a base class can share it with a handle to the
 // derived class.
-template <class T>
-class THandle {
+template <class T> class THandle {
 public:
     THandle() = default;
     explicit THandle(T* object) : object_(object), count_(object ? new std::int32_t(1) : nullptr) {}
@@ -19,8 +18,7 @@ public:
         other.object_ = nullptr;
         other.count_ = nullptr;
     }
-    template <class U>
-    THandle(const THandle<U>& other) : object_(other.object_), count_(other.count_)
+    template <class U> THandle(const THandle<U>& other) : object_(other.object_), count_(other.count_)
     {
         acquire();
     }
@@ -45,8 +43,7 @@ public:
     friend bool operator<(const THandle& a, const THandle& b) { return a.object_ < b.object_; }
 
 private:
-    template <class U>
-    friend class THandle;
+    template <class U> friend class THandle;
 
     T* checked() const
     {

@@ -2,12 +2,11 @@
 #include "Cif.h"
 #include "CifConcreteDictionary.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
@@ -70,7 +69,10 @@ std::string slurp(const std::string& path)
     return s.str();
 }
 
-int count_lines(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+int count_lines(const std::string& text)
+{
+    return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
 
 CheckRun shell(const std::string& command)
 {
@@ -145,13 +147,16 @@ TEST(CheckerTest, ReportsFindingsSummaryAndExitStatus)
     };
     const std::vector<Case> cases = {
         {{good}, 0, good + ": 0 errors, 0 warnings, 0 remarks\n"},
-        {{bad}, 1,
-         bad + ": Error: Line 2 : Data name _cell_length_a immediately followed by another data name\n" + bad +
-             ": Error: Line 4 : Too many or too few data values in the loop\n" + bad +
+        {{bad},
+         1,
+         bad + ": Error: Line 2 : Data name _cell_length_a immediately followed by another data name\n" +
+             bad + ": Error: Line 4 : Too many or too few data values in the loop\n" + bad +
              ": 2 errors, 0 warnings, 0 remarks\n"},
-        {{"--quiet", bad, good}, 1,
+        {{"--quiet", bad, good},
+         1,
          bad + ": 2 errors, 0 warnings, 0 remarks\n" + good + ": 0 errors, 0 warnings, 0 remarks\n"},
-        {{long_line}, 0,
+        {{long_line},
+         0,
          long_line + ": Warning: Line 2 : More than 80 characters long\n" + long_line +
              ": 0 errors, 1 warning, 0 remarks\n"},
         {{"--line-limit", "100", long_line}, 0, long_line + ": 0 errors, 0 warnings, 0 remarks\n"},
@@ -198,7 +203,8 @@ TEST(CheckerTest, StandardInputIsReadForDash)
 {
     const CheckRun run = check({"-"}, "data_in\n_a 'open\n");
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.out, "<stdin>: Error: Line 2 : No terminating (') quote\n<stdin>: 1 error, 0 warnings, 0 remarks\n");
+    EXPECT_EQ(run.out,
+              "<stdin>: Error: Line 2 : No terminating (') quote\n<stdin>: 1 error, 0 warnings, 0 remarks\n");
 }
 
 TEST(CheckerTest, JsonCarriesEveryFieldOfEachFinding)
@@ -207,15 +213,19 @@ TEST(CheckerTest, JsonCarriesEveryFieldOfEachFinding)
     const std::string bad = dir.file("bad.cif", "data_b\n_a\n");
     const CheckRun run = check({"--format", "json", bad, "-"}, "data_one\ndata_two\n");
     EXPECT_EQ(run.status, 1);
-    const std::string expected =
-        "{\n  \"program\": \"Cifward\", \"version\": \"1.1\",\n  \"files\": [\n"
-        "    {\"file\": \"" + bad + "\", \"blocks\": [\"data_b\"], \"findings\": [\n"
-        "      {\"code\": 308, \"severity\": 2, \"severity_text\": \"Error\", \"line\": 2, \"first\": \"_a\", "
-        "\"second\": \"\", \"message\": \"Data name _a not followed by data value\", \"text\": \"Error: Line 2 : "
-        "Data name _a not followed by data value\"}\n"
-        "    ], \"errors\": 1, \"warnings\": 0, \"remarks\": 0},\n"
-        "    {\"file\": \"<stdin>\", \"blocks\": [\"data_one\", \"data_two\"], \"findings\": [], \"errors\": 0, "
-        "\"warnings\": 0, \"remarks\": 0}\n  ]\n}\n";
+    const std::string expected = "{\n  \"program\": \"Cifward\", \"version\": \"1.1\",\n  \"files\": [\n"
+                                 "    {\"file\": \"" +
+                                 bad +
+                                 "\", \"blocks\": [\"data_b\"], \"findings\": [\n"
+                                 "      {\"code\": 308, \"severity\": 2, \"severity_text\": \"Error\", "
+                                 "\"line\": 2, \"first\": \"_a\", "
+                                 "\"second\": \"\", \"message\": \"Data name _a not followed by data "
+                                 "value\", \"text\": \"Error: Line 2 : "
+                                 "Data name _a not followed by data value\"}\n"
+                                 "    ], \"errors\": 1, \"warnings\": 0, \"remarks\": 0},\n"
+                                 "    {\"file\": \"<stdin>\", \"blocks\": [\"data_one\", \"data_two\"], "
+                                 "\"findings\": [], \"errors\": 0, "
+                                 "\"warnings\": 0, \"remarks\": 0}\n  ]\n}\n";
     EXPECT_EQ(run.out, expected);
 }
 
@@ -227,8 +237,8 @@ TEST(CheckerTest, JsonIsValidUtf8ForLatin1AndControlBytes)
     // A degree sign in Latin-1, a bell byte, quotes and a backslash in values and findings.
     const std::string odd = dir.file("odd.cif", "data_\xb0\n_a \"q\\\"\x07\n_b 'x\n");
     const CheckRun run = shell(std::string(CIFWARD_CHECKER_PATH) + " --format json " + odd +
-                          " | python3 -c 'import json,sys; d=json.load(sys.stdin); "
-                          "f=d[\"files\"][0]; print(f[\"blocks\"][0]); print(len(f[\"findings\"]))'");
+                               " | python3 -c 'import json,sys; d=json.load(sys.stdin); "
+                               "f=d[\"files\"][0]; print(f[\"blocks\"][0]); print(len(f[\"findings\"]))'");
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.out, "data_\xc2\xb0\n4\n");
 }
@@ -282,8 +292,8 @@ TEST(CheckerTest, FailedWriteLeavesTheOldOutputIntactAndNoTemporaryFile)
     const std::string output = dir.file("out.cif", "data_previous\n_keep me\n");
 
     // A file size limit of 4 KiB makes the write fail the way a full disk does.
-    const CheckRun run = shell("bash -c 'ulimit -f 4; trap \"\" XFSZ; exec " + std::string(CIFWARD_CHECKER_PATH) +
-                          " -q " + input + " -o " + output + "'");
+    const CheckRun run = shell("bash -c 'ulimit -f 4; trap \"\" XFSZ; exec " +
+                               std::string(CIFWARD_CHECKER_PATH) + " -q " + input + " -o " + output + "'");
     EXPECT_EQ(run.status, 2);
     EXPECT_NE(run.err.find("cifward-check: cannot write '" + output + "': File too large"), std::string::npos)
         << run.err;

@@ -121,7 +121,9 @@ void CifDataItem::write(std::ostream& stream, unsigned line_limit) const
     long col = static_cast<long>(name_.size() < 32 ? 32 : name_.size()) + 1;
 
     if (!between.empty()) {
-        if (static_cast<long>(between.size()) + col > limit - 1)
+        // A blank line after the name must stand on a line of its own: the first line end only
+        // ends the name's line.
+        if (between[0] == '\n' || static_cast<long>(between.size()) + col > limit - 1)
             stream << '\n';
         stream << between;
         col = 0;

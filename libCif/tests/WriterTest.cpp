@@ -478,6 +478,8 @@ TEST(Writer, ReadWriteReadKeepsModelAndComments)
         "data_a\nloop_\n_a\n_b\n;\ntext\n;\n'_c' \"x' y\" ''\n_s # between\n1\n",
         "data_a _a 1 _b 2 loop_ _c _d 1 2 3 4 _e '[x]'\ndata_b\n_f $x\n",
         "\n\ndata_a\n\n# one\n\n_a 1\n\n\nloop_\n\n_b\n\n_c\n\n1 2\n\n_d x\n\n# end\n\n",
+        // Blank lines between a name and its value, with and without a comment among them.
+        "data_a\n_x\n\n1\n_y\n\n# c\n\n2\n_z # same line\n\n3\n",
     };
     for (const std::string& file : files) {
         SCOPED_TRACE(file);

@@ -99,24 +99,26 @@ void CifDataBlock::add_loop(const HCifLoop& loop)
 
 void CifDataBlock::make_loop(const std::vector<std::string>& names)
 {
-    std::vector<std::string> present;
+    std::vector<HCifDataItem> present;
     for (const std::string& name : names)
-        if (item(name))
-            present.push_back(name);
+        if (HCifDataItem found = item(name))
+            present.push_back(found);
     if (present.empty())
         return;
 
+    // Columns that come from other loops are looped already; only the named items and the
+    // columns taken over are touched, so merging stays proportional to what moves.
     HCifLoop kept;
+    std::vector<std::string> moved;
     for (auto it = loops_.begin(); it != loops_.end();) {
         const bool holds = std::any_of(present.begin(), present.end(),
-                                       [&it](const std::string& n) { return (*it)->contains(n); });
+                                       [&it](const HCifDataItem& i) { return (*it)->contains(i->name()); });
         if (!holds) {
             ++it;
         } else if (!kept) {
             kept = *it++;
         } else {
-            for (const std::string& name : (*it)->names())
-                kept->add(name);
+            moved.insert(moved.end(), (*it)->names().begin(), (*it)->names().end());
             it = loops_.erase(it);
         }
     }
@@ -124,11 +126,15 @@ void CifDataBlock::make_loop(const std::vector<std::string>& names)
         kept = HCifLoop(new CifLoop());
         loops_.push_back(kept);
     }
-    for (const std::string& name : present)
+    for (const std::string& name : moved) {
         kept->add(name);
-    for (const std::string& name : kept->names())
         if (HCifDataItem column = item(name))
             column->set_looped();
+    }
+    for (const HCifDataItem& column : present) {
+        kept->add(column->name());
+        column->set_looped();
+    }
 }
 
 void CifDataBlock::remove_item(const std::string& name)

@@ -13,23 +13,31 @@ std::vector<std::string>::iterator find_name(std::vector<std::string>& names, co
 }
 } // namespace
 
+CifLoop::CifLoop(std::vector<std::string> names)
+    : names_(std::move(names)), index_(names_.begin(), names_.end())
+{
+}
+
 bool CifLoop::contains(const std::string& name) const
 {
-    return std::any_of(names_.begin(), names_.end(),
-                       [&name](const std::string& n) { return cif_names_equal(n, name); });
+    return index_.count(name) != 0;
 }
 
 void CifLoop::add(const std::string& name)
 {
-    if (!contains(name))
-        names_.push_back(name);
+    if (contains(name))
+        return;
+    names_.push_back(name);
+    index_.insert(name);
 }
 
 void CifLoop::remove(const std::string& name)
 {
     auto it = find_name(names_, name);
-    if (it != names_.end())
-        names_.erase(it);
+    if (it == names_.end())
+        return;
+    names_.erase(it);
+    index_.erase(index_.find(name));
 }
 
 void CifLoop::move_to_end(const std::string& name)

@@ -3,10 +3,12 @@
 
 #include "CifCommentable.h"
 #include "CifDataItem.h"
+#include "CifNameCompare.h"
 #include "THandle.h"
 
 #include <cstddef>
 #include <ostream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,7 +16,7 @@
 class CifLoop : public CifCommentable {
 public:
     CifLoop() = default;
-    explicit CifLoop(std::vector<std::string> names) : names_(std::move(names)) {}
+    explicit CifLoop(std::vector<std::string> names);
 
     const std::vector<std::string>& names() const { return names_; }
     std::size_t count() const { return names_.size(); }
@@ -33,6 +35,8 @@ public:
 private:
     std::vector<std::string> names_;
     std::vector<std::string> notes_;
+    // The same names, for lookups that stay logarithmic in loops of many columns.
+    std::multiset<std::string, CifNameLess> index_;
 };
 
 using HCifLoop = THandle<CifLoop>;

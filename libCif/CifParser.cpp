@@ -6,6 +6,7 @@
 
 namespace {
 constexpr std::size_t data_name_limit = 75;
+constexpr int max_namesake_findings = 16;
 constexpr unsigned comment_or_blank = CifComment | CifBlank;
 
 void append_comment(std::string& out, const CifToken& token)
@@ -63,12 +64,14 @@ void CifParser::run()
             break;
         case CifName:
             last_item = name(token);
+            swallow_checked_ = nullptr;
             break;
         case CifLoopToken: {
             ensure_block(token.line);
             HCifDataItem first = read_loop(token.line);
             if (first)
                 last_item = first;
+            swallow_checked_ = nullptr;
             break;
         }
         default:
@@ -87,19 +90,25 @@ void CifParser::stray_value(const CifToken& token, const HCifDataItem& last_item
         }
         return;
     }
-    if (last_item && last_item->has_value()) {
-        // A text block that swallowed the data names behind it leaves them at the start of a line.
-        const std::string value = last_item->first_value();
-        const std::string::size_type begin = value.find_first_not_of(" \t");
-        const std::string::size_type end = value.find_last_not_of(" \t");
-        const std::string stripped =
-            begin == std::string::npos ? std::string() : value.substr(begin, end - begin + 1);
-        if ((!stripped.empty() && stripped[0] == '_') || stripped.find("\n_") != std::string::npos) {
-            add(CifError(311, token.text, token.line));
-            return;
-        }
+    if (last_item && last_item->has_value() && swallowed_names(last_item)) {
+        add(CifError(311, token.text, token.line));
+        return;
     }
     add(CifError(312, token.text, token.line));
+}
+
+bool CifParser::swallowed_names(const HCifDataItem& item)
+{
+    // Judged once per item: a long text block followed by many strays must not be scanned again
+    // for each of them.
+    if (item.get() == swallow_checked_)
+        return swallowed_;
+    const std::string_view value = item->value_view(0);
+    const std::string_view::size_type begin = value.find_first_not_of(" \t");
+    swallow_checked_ = item.get();
+    swallowed_ = begin != std::string_view::npos &&
+                 (value[begin] == '_' || value.find("\n_", begin) != std::string_view::npos);
+    return swallowed_;
 }
 
 void CifParser::start_block(const std::string& name, std::int32_t line)
@@ -125,9 +134,11 @@ void CifParser::heading(const CifToken& token)
     start_block(token.text, token.line);
     if (token.text == "data_")
         add(CifError(309, token.line));
-    // Counted by name, so that a file of many blocks is not compared block against block.
+    // Counted by name, so that a file of many blocks is not compared block against block. One
+    // finding per earlier namesake, up to a bound: a file of n equal headings would otherwise
+    // hold n*n/2 findings.
     int& earlier = block_names_[token.text];
-    for (int i = 0; i < earlier; ++i)
+    for (int i = 0; i < earlier && i < max_namesake_findings; ++i)
         add(CifError(310, token.text, token.line));
     ++earlier;
 

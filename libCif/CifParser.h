@@ -21,6 +21,7 @@ private:
     void set_item(const CifToken& name, const CifToken& value);
     HCifDataItem read_loop(std::int32_t loop_line);
     void stray_value(const CifToken& token, const HCifDataItem& last_item, bool& stray_reported);
+    bool swallowed_names(const HCifDataItem& item);
     void duplicate(const HCifDataItem& item, const std::string& name, std::int32_t line);
     // Appends comments and blank lines to `out`, and leaves the first other token in `token`.
     void gather_comments(std::string& out, CifToken& token);
@@ -35,6 +36,8 @@ private:
     HCifDataBlock block_;
     bool was_suppressed_ = false;
     std::unordered_map<std::string, int> block_names_;
+    const CifDataItem* swallow_checked_ = nullptr;
+    bool swallowed_ = false;
 };
 
 #endif

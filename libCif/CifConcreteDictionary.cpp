@@ -20,6 +20,7 @@ std::string CifConcreteDictionary::category_key(const std::string& category)
 
 void CifConcreteDictionary::add_entry(const Strings& names, const CifDictionaryEntry& entry)
 {
+    changed();
     auto shared = std::make_shared<const CifDictionaryEntry>(entry);
     for (const std::string& name : names) {
         if (!entries_.emplace(name, shared).second)
@@ -31,6 +32,7 @@ void CifConcreteDictionary::add_entry(const Strings& names, const CifDictionaryE
 
 void CifConcreteDictionary::clear()
 {
+    changed();
     entries_.clear();
     by_category_.clear();
     header_ = CifDictionaryHeader();

@@ -22,7 +22,7 @@ HCifDataItem CifDataBlock::add_item(const std::string& name)
     if (it != by_name_.end() && cif_names_equal(it->first, name))
         return it->second;
     HCifDataItem created(new CifDataItem(name, dictionary_));
-    by_name_.emplace_hint(it, name, created);
+    by_name_.emplace_hint(it, std::string_view(created->name()), created);
     items_.push_back(created);
     return created;
 }

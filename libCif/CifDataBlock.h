@@ -13,6 +13,7 @@
 #include <map>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // One data_ block: its items in write order, found by name without regard to case, and its loops.
@@ -58,7 +59,8 @@ private:
     Items items_;
     std::int32_t line_;
     std::string name_;
-    std::map<std::string, HCifDataItem, CifNameLess> by_name_;
+    // Keyed by a view of each item's own name, which never changes, to save a copy per item.
+    std::map<std::string_view, HCifDataItem, CifNameLess> by_name_;
     HCifDictionary dictionary_;
     Loops loops_;
 };

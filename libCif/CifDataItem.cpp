@@ -21,7 +21,11 @@ void CifDataItem::guard(const char* action, std::size_t row) const
 
 int CifDataItem::check(const std::string& text)
 {
-    return cif_check_value(check_, *dictionary_, name_, range_, text);
+    // The common case of a name that no dictionary defines, without the call chain.
+    if (check_ == CifValueCheckKind::None ||
+        (check_ == CifValueCheckKind::Standard && type() == CifDictionaryEntry::UnknownType))
+        return 0;
+    return cif_check_value(check_, *dictionary_, name_, type(), range_, text);
 }
 
 int CifDataItem::set_single_value(const std::string& text)

@@ -8,6 +8,7 @@
 #include "THandle.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <ostream>
 #include <string>
 
@@ -56,6 +57,10 @@ private:
     CifValueRange range_;
     HCifDictionary dictionary_;
     bool looped_ = false;
+    // The dictionary's type of this name, asked once per revision of the dictionary rather than
+    // once per value.
+    mutable std::uint64_t type_revision_ = UINT64_MAX;
+    mutable int type_ = CifDictionaryEntry::UnknownType;
 };
 
 using HCifDataItem = THandle<CifDataItem>;

@@ -4,6 +4,7 @@
 #include "CifDictionaryEntry.h"
 #include "THandle.h"
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -41,6 +42,16 @@ public:
     virtual bool has_category(const std::string& category) const = 0;
     virtual void category_items(const std::string& category, Strings& out) const = 0;
     virtual bool in_category(const std::string& category, const std::string& name) const = 0;
+
+    // Rises whenever what the dictionary answers may have changed, so that a data item can keep
+    // the answers about its own name between changes.
+    std::uint64_t revision() const { return revision_; }
+
+protected:
+    void changed() { ++revision_; }
+
+private:
+    std::uint64_t revision_ = 0;
 };
 
 using HCifDictionary = THandle<CifDictionary>;

@@ -171,16 +171,17 @@ HCifDataItem CifParser::name(const CifToken& token)
     CifToken value;
     gather_comments(between, value);
     std::int32_t value_line = -1, value_end = -1;
+    HCifDataItem item;
     if (value.kind == CifValueToken) {
         value_line = value.line;
         value_end = value.end_line;
-        set_item(token, value);
+        item = set_item(token, value);
     } else {
         add(CifError(value.kind == CifName ? 307 : 308, token.text, token.line));
         tokeniser_.push_front(std::move(value));
+        item = block_->item(token.text);
     }
 
-    HCifDataItem item = block_->item(token.text);
     if (item) {
         if (!pending_.empty()) {
             item->set_comment(0, pending_);
@@ -211,16 +212,16 @@ void CifParser::duplicate(const HCifDataItem& item, const std::string& name, std
                  line));
 }
 
-void CifParser::set_item(const CifToken& name, const CifToken& value)
+HCifDataItem CifParser::set_item(const CifToken& name, const CifToken& value)
 {
     if (!block_ || name.kind != CifName || value.kind != CifValueToken) {
         add(CifError(316, "parser error: set of invalid data item", -1));
-        return;
+        return block_ ? block_->item(name.text) : HCifDataItem();
     }
     HCifDataItem item = block_->add_item(name.text);
     if (item->has_value()) {
         duplicate(item, name.text, name.line);
-        return;
+        return item;
     }
     seen_at_[item.get()] = name.line;
     const int result = item->set_single_value(value.text);
@@ -228,6 +229,7 @@ void CifParser::set_item(const CifToken& name, const CifToken& value)
         add(CifError(cif_check_result_code(result), name.text, name.line));
     if (item->type() == CifDictionaryEntry::UnknownType)
         add(CifError(320, name.text, name.line));
+    return item;
 }
 
 HCifDataItem CifParser::read_loop(std::int32_t loop_line)

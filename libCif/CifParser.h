@@ -18,7 +18,8 @@ private:
     void start_block(const std::string& name, std::int32_t line);
     void heading(const CifToken& token);
     HCifDataItem name(const CifToken& token);
-    void set_item(const CifToken& name, const CifToken& value);
+    // Gives the item of that name afterwards, or null if there is none.
+    HCifDataItem set_item(const CifToken& name, const CifToken& value);
     HCifDataItem read_loop(std::int32_t loop_line);
     void stray_value(const CifToken& token, const HCifDataItem& last_item, bool& stray_reported);
     bool swallowed_names(const HCifDataItem& item);

@@ -34,12 +34,11 @@ bool scan_with_uncertainty(const char* text, float& x, int& u)
     return std::sscanf(text, "%f(%d)", &x, &u) == 2;
 }
 
-int standard_check(const CifDictionary& dictionary, const std::string& name, CifValueRange& range,
+int standard_check(const CifDictionary& dictionary, const std::string& name, int type, CifValueRange& range,
                    const std::string& v)
 {
     if (v.empty())
         return 0;
-    const int type = dictionary.type(name);
     if (type == CifDictionaryEntry::UnknownType)
         return 0;
     if (v == "?" || v == ".")
@@ -152,7 +151,7 @@ CifValueCheckKind cif_value_check_kind(const std::string& name)
 }
 
 int cif_check_value(CifValueCheckKind kind, const CifDictionary& dictionary, const std::string& name,
-                    CifValueRange& range, const std::string& value)
+                    int type, CifValueRange& range, const std::string& value)
 {
     switch (kind) {
     case CifValueCheckKind::None:
@@ -164,13 +163,13 @@ int cif_check_value(CifValueCheckKind kind, const CifDictionary& dictionary, con
             return 1;
         const std::string::size_type blank = value.find(' ');
         if (blank != std::string::npos)
-            return standard_check(dictionary, name, range, value.substr(0, blank));
-        return standard_check(dictionary, name, range, value);
+            return standard_check(dictionary, name, type, range, value.substr(0, blank));
+        return standard_check(dictionary, name, type, range, value);
     }
     case CifValueCheckKind::Standard:
         break;
     }
-    return standard_check(dictionary, name, range, value);
+    return standard_check(dictionary, name, type, range, value);
 }
 
 bool cif_is_well_formed_number(const std::string& v)

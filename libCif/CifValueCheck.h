@@ -22,8 +22,9 @@ CifValueCheckKind cif_value_check_kind(const std::string& name);
 // 0 accepted, 1 not in the enumeration, 2 not a well-formed number, 3 not a number, 4 below the
 // lower limit, 5 above the upper limit, 6 an uncertainty the dictionary does not allow,
 // 7 the dictionary's range text cannot be read.
+// `type` is the dictionary's type of `name`, which the caller keeps.
 int cif_check_value(CifValueCheckKind kind, const CifDictionary& dictionary, const std::string& name,
-                    CifValueRange& range, const std::string& value);
+                    int type, CifValueRange& range, const std::string& value);
 
 // The standard number form: sign, digits with one optional point, exponent, uncertainty.
 bool cif_is_well_formed_number(const std::string& value);

@@ -13,14 +13,33 @@ std::uint32_t CifValueList::append_chars(std::string_view text)
     return offset;
 }
 
+void CifValueList::make_spans()
+{
+    if (!single_)
+        return;
+    single_ = false;
+    spans_.push_back({0, static_cast<std::uint32_t>(chars_.size())});
+}
+
 void CifValueList::push_back(std::string_view text)
 {
+    if (empty()) {
+        chars_.assign(text.data(), text.size());
+        garbage_ = 0;
+        single_ = true;
+        return;
+    }
+    make_spans();
     const std::uint32_t offset = append_chars(text);
     spans_.push_back({offset, static_cast<std::uint32_t>(text.size())});
 }
 
 void CifValueList::set(std::size_t row, std::string_view text)
 {
+    if (single_) {
+        chars_.assign(text.data(), text.size());
+        return;
+    }
     Span& span = spans_[row];
     if (text.size() <= span.length) {
         // Overwrite in place; the tail of the old text becomes garbage.
@@ -38,6 +57,19 @@ void CifValueList::set(std::size_t row, std::string_view text)
 
 void CifValueList::resize(std::size_t count)
 {
+    if (count == size())
+        return;
+    if (count == 0) {
+        clear();
+        return;
+    }
+    if (empty() && count == 1) {
+        chars_.clear();
+        garbage_ = 0;
+        single_ = true;
+        return;
+    }
+    make_spans();
     if (count < spans_.size()) {
         for (std::size_t i = count; i < spans_.size(); ++i)
             garbage_ += spans_[i].length;
@@ -49,6 +81,10 @@ void CifValueList::resize(std::size_t count)
 
 void CifValueList::erase(std::size_t row)
 {
+    if (single_) {
+        clear();
+        return;
+    }
     garbage_ += spans_[row].length;
     spans_.erase(spans_.begin() + static_cast<std::ptrdiff_t>(row));
     if (garbage_ > 4096 && garbage_ > chars_.size() / 2)
@@ -60,6 +96,7 @@ void CifValueList::clear()
     chars_.clear();
     spans_.clear();
     garbage_ = 0;
+    single_ = false;
 }
 
 void CifValueList::shrink_to_fit()
@@ -72,6 +109,8 @@ void CifValueList::shrink_to_fit()
 
 void CifValueList::compact()
 {
+    if (single_)
+        return;
     std::string packed;
     packed.reserve(chars_.size() - garbage_);
     for (Span& span : spans_) {

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -76,7 +77,11 @@ int count_lines(const std::string& text)
 
 CheckRun shell(const std::string& command)
 {
-    const std::string err_file = (fs::temp_directory_path() / "cifward-check-test-stderr").string();
+    // Tests run in parallel processes: each capture needs a file of its own.
+    std::string err_file = (fs::temp_directory_path() / "cifward-check-stderr-XXXXXX").string();
+    const int fd = mkstemp(err_file.data());
+    if (fd >= 0)
+        close(fd);
     FILE* pipe = popen((command + " 2>" + err_file).c_str(), "r");
     std::string out;
     char buffer[4096];

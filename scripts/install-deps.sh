@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build, the tests, the fuzzer and the benchmarks need.
 # Packages already present are skipped, so a second run costs one dpkg query.
-# Usage: scripts/install-deps.sh [build|test|bench|all]   (default: test)
+# Usage: scripts/install-deps.sh [build|test|bench|tools|all]   (default: test)
+# 'tools' is what the table generators in tools/ read their data from.
 set -euo pipefail
 
 want=${1:-test}
@@ -9,8 +10,11 @@ pkgs=(cmake g++ ninja-build ccache libgtest-dev libgmock-dev libpcre2-dev)
 case "$want" in
   build) ;;
   test) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi) ;;
-  bench|all) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time) ;;
-  *) echo "install-deps.sh: unknown set '$want' (build, test, bench or all)" >&2; exit 2 ;;
+  bench) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time) ;;
+  tools) pkgs+=(python3 libccp4-data libcod-tools-perl) ;;
+  all) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time python3 libccp4-data
+              libcod-tools-perl) ;;
+  *) echo "install-deps.sh: unknown set '$want' (build, test, bench, tools or all)" >&2; exit 2 ;;
 esac
 
 missing=()

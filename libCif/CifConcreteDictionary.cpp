@@ -150,3 +150,9 @@ bool CifConcreteDictionary::in_category(const std::string& category, const std::
     auto it = by_category_.find(category_key(category));
     return it != by_category_.end() && it->second.count(name) != 0;
 }
+
+const CifDictionaryEntry* CifConcreteDictionary::entry(const std::string& name) const
+{
+    auto it = entries_.find(name);
+    return it == entries_.end() ? nullptr : it->second.get();
+}

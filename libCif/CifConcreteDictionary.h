@@ -2,8 +2,10 @@
 #define CIFWARD_CIFCONCRETEDICTIONARY_H
 
 #include "CifDictionary.h"
+#include "CifErrorList.h"
 #include "CifNameCompare.h"
 
+#include <istream>
 #include <map>
 #include <memory>
 #include <set>
@@ -13,6 +15,21 @@
 // are kept in their "_name_[]" form.
 class CifConcreteDictionary : public CifDictionary {
 public:
+    // Reads one dictionary file. Its findings go to `errors`; a file that raises any finding
+    // while being read as CIF builds no entries.
+    void read(std::istream& stream, const HCifErrorList& errors);
+
+    // The entry that defines `name`, or null; entry_or_default gives the defaults instead.
+    const CifDictionaryEntry* entry(const std::string& name) const;
+    const CifDictionaryEntry* entry_or_default(const std::string& name) const { return &find(name); }
+    // Calls `visit(name, entry)` for every name, in order of name.
+    template <class Visit> void each_name(Visit visit) const
+    {
+        for (const auto& named : entries_)
+            visit(named.first, *named.second);
+    }
+    const CifDictionaryHeader& header() const { return header_; }
+
     // Enters `entry` under each of `names`; a name already present keeps its first entry.
     void add_entry(const Strings& names, const CifDictionaryEntry& entry);
     void set_header(const CifDictionaryHeader& header) { header_ = header; }
@@ -46,9 +63,12 @@ public:
     bool has_category(const std::string& category) const override;
     void category_items(const std::string& category, Strings& out) const override;
     bool in_category(const std::string& category, const std::string& name) const override;
+    const CifDictionaryEntry* find_entry(const std::string& name) const override { return entry(name); }
 
 private:
     const CifDictionaryEntry& find(const std::string& name) const;
+    void read_definition(const class CifDataBlock& block, const HCifErrorList& errors,
+                         std::vector<std::pair<Strings, CifDictionaryEntry>>& out) const;
 
     std::map<std::string, std::shared_ptr<const CifDictionaryEntry>, CifNameLess> entries_;
     std::map<std::string, std::set<std::string, CifNameLess>, CifNameLess> by_category_;

@@ -22,10 +22,10 @@ void CifDataItem::guard(const char* action, std::size_t row) const
 int CifDataItem::check(const std::string& text)
 {
     // The common case of a name that no dictionary defines, without the call chain.
-    if (check_ == CifValueCheckKind::None ||
-        (check_ == CifValueCheckKind::Standard && type() == CifDictionaryEntry::UnknownType))
+    const CifDictionaryEntry* known = entry();
+    if (check_ == CifValueCheckKind::None || (check_ == CifValueCheckKind::Standard && known == nullptr))
         return 0;
-    return cif_check_value(check_, *dictionary_, name_, type(), range_, text);
+    return cif_check_value(check_, known, range_, text);
 }
 
 int CifDataItem::set_single_value(const std::string& text)
@@ -89,9 +89,21 @@ const std::string& CifDataItem::category() const
 {
     return dictionary_->category(name_);
 }
+const CifDictionaryEntry* CifDataItem::entry() const
+{
+    const std::uint64_t revision = dictionary_->revision();
+    if (entry_revision_ != revision) {
+        entry_ = dictionary_->find_entry(name_);
+        entry_revision_ = revision;
+        range_ = CifValueRange();
+    }
+    return entry_;
+}
+
 int CifDataItem::type() const
 {
-    return dictionary_->type(name_);
+    const CifDictionaryEntry* known = entry();
+    return known ? known->type : static_cast<int>(CifDictionaryEntry::UnknownType);
 }
 int CifDataItem::type_conditions() const
 {

@@ -54,13 +54,15 @@ private:
     std::string name_;
     CifValueCheckKind check_;
     CifValueList values_;
-    CifValueRange range_;
+    mutable CifValueRange range_; // parsed again when the entry changes
     HCifDictionary dictionary_;
     bool looped_ = false;
-    // The dictionary's type of this name, asked once per revision of the dictionary rather than
-    // once per value.
-    mutable std::uint64_t type_revision_ = UINT64_MAX;
-    mutable int type_ = CifDictionaryEntry::UnknownType;
+    const CifDictionaryEntry* entry() const;
+
+    // The dictionary's entry for this name, asked once per revision of the dictionary rather
+    // than once per value.
+    mutable std::uint64_t entry_revision_ = UINT64_MAX;
+    mutable const CifDictionaryEntry* entry_ = nullptr;
 };
 
 using HCifDataItem = THandle<CifDataItem>;

@@ -1,6 +1,6 @@
 #include "CifValueCheck.h"
 
-#include "CifDictionary.h"
+#include "CifDictionaryEntry.h"
 #include "CifNameCompare.h"
 
 #include <cctype>
@@ -34,17 +34,17 @@ bool scan_with_uncertainty(const char* text, float& x, int& u)
     return std::sscanf(text, "%f(%d)", &x, &u) == 2;
 }
 
-int standard_check(const CifDictionary& dictionary, const std::string& name, int type, CifValueRange& range,
-                   const std::string& v)
+int standard_check(const CifDictionaryEntry* entry, CifValueRange& range, const std::string& v)
 {
-    if (v.empty())
+    if (v.empty() || entry == nullptr)
         return 0;
+    const int type = entry->type;
     if (type == CifDictionaryEntry::UnknownType)
         return 0;
     if (v == "?" || v == ".")
         return 0;
 
-    const CifDictionary::Pairs& enumeration = dictionary.enumeration(name);
+    const auto& enumeration = entry->enumeration;
     if (!enumeration.empty()) {
         for (const auto& allowed : enumeration)
             if (cif_names_equal(allowed.first, v))
@@ -61,8 +61,8 @@ int standard_check(const CifDictionary& dictionary, const std::string& name, int
             return 2;
     }
 
-    const int conditions = dictionary.type_conditions(name);
-    const std::string& range_text = dictionary.enumeration_range(name);
+    const int conditions = entry->type_conditions;
+    const std::string& range_text = entry->enumeration_range;
     if (!range_text.empty()) {
         if (!range.parsed) {
             float low = 0.0f, high = 0.0f;
@@ -150,8 +150,8 @@ CifValueCheckKind cif_value_check_kind(const std::string& name)
     return CifValueCheckKind::Standard;
 }
 
-int cif_check_value(CifValueCheckKind kind, const CifDictionary& dictionary, const std::string& name,
-                    int type, CifValueRange& range, const std::string& value)
+int cif_check_value(CifValueCheckKind kind, const CifDictionaryEntry* entry, CifValueRange& range,
+                    const std::string& value)
 {
     switch (kind) {
     case CifValueCheckKind::None:
@@ -163,13 +163,13 @@ int cif_check_value(CifValueCheckKind kind, const CifDictionary& dictionary, con
             return 1;
         const std::string::size_type blank = value.find(' ');
         if (blank != std::string::npos)
-            return standard_check(dictionary, name, type, range, value.substr(0, blank));
-        return standard_check(dictionary, name, type, range, value);
+            return standard_check(entry, range, value.substr(0, blank));
+        return standard_check(entry, range, value);
     }
     case CifValueCheckKind::Standard:
         break;
     }
-    return standard_check(dictionary, name, type, range, value);
+    return standard_check(entry, range, value);
 }
 
 bool cif_is_well_formed_number(const std::string& v)

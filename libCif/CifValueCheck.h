@@ -3,7 +3,7 @@
 
 #include <string>
 
-class CifDictionary;
+struct CifDictionaryEntry;
 
 // Which check a data item's values go through, chosen once from the item's name.
 enum class CifValueCheckKind { Standard, Flags, FirstWord, None };
@@ -22,9 +22,9 @@ CifValueCheckKind cif_value_check_kind(const std::string& name);
 // 0 accepted, 1 not in the enumeration, 2 not a well-formed number, 3 not a number, 4 below the
 // lower limit, 5 above the upper limit, 6 an uncertainty the dictionary does not allow,
 // 7 the dictionary's range text cannot be read.
-// `type` is the dictionary's type of `name`, which the caller keeps.
-int cif_check_value(CifValueCheckKind kind, const CifDictionary& dictionary, const std::string& name,
-                    int type, CifValueRange& range, const std::string& value);
+// `entry` is the dictionary's entry for the item's name, null when no dictionary defines it.
+int cif_check_value(CifValueCheckKind kind, const CifDictionaryEntry* entry, CifValueRange& range,
+                    const std::string& value);
 
 // The standard number form: sign, digits with one optional point, exponent, uncertainty.
 bool cif_is_well_formed_number(const std::string& value);

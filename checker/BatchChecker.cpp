@@ -2,8 +2,10 @@
 
 #include "Cif.h"
 #include "CifConcreteDictionary.h"
+#include "CifMandatoryItems.h"
 #include "JsonWriter.h"
 #include "ProgramInfo.h"
+#include "QcbsDictionaryLoader.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -43,10 +45,61 @@ std::string plural(std::size_t n, const char* one, const char* many)
 
 } // namespace
 
-BatchChecker::BatchChecker(const CheckerOptions& options, std::istream& in, std::ostream& out,
-                           std::ostream& err)
-    : options_(options), in_(in), out_(out), err_(err)
+BatchChecker::BatchChecker(const CheckerOptions& options, const std::string& program_directory,
+                           std::istream& in, std::ostream& out, std::ostream& err)
+    : options_(options), program_directory_(program_directory), in_(in), out_(out), err_(err)
 {
+}
+
+std::string BatchChecker::program_directory(const char* argv0)
+{
+    std::error_code ec;
+    fs::path self = fs::read_symlink("/proc/self/exe", ec);
+    if (ec)
+        self = fs::absolute(argv0 ? argv0 : ".", ec);
+    return self.parent_path().string();
+}
+
+bool BatchChecker::load_dictionaries()
+{
+    if (!options_.use_dictionaries) {
+        dictionary_ = HCifDictionary(new CifConcreteDictionary);
+        return false;
+    }
+    QcbsDictionaryLoader loader;
+    if (!options_.dictionary_directories.empty()) {
+        QStringList directories;
+        for (const std::string& directory : options_.dictionary_directories) {
+            if (!fs::is_directory(directory))
+                err_ << "cifward-check: no dictionary directory '" << directory << "'\n";
+            directories << QString::fromStdString(directory);
+        }
+        loader.setSearchDirectories(directories);
+    }
+    HCifDictionaryPool pool = loader.load(QString::fromStdString(program_directory_));
+    for (const QcbsDictionaryLoader::Rejected& rejected : loader.rejected()) {
+        err_ << "cifward-check: dictionary rejected: " << rejected.path.toStdString() << '\n';
+        for (const CifError& finding : rejected.findings)
+            err_ << "  " << finding.text() << '\n';
+    }
+    for (const QcbsDictionaryLoader::Loaded& loaded : loader.loaded()) {
+        const CifDictionaryHeader& header = loaded.dictionary->header();
+        dictionary_lines_.push_back((header.name.empty() ? std::string("(unnamed)") : header.name) + ' ' +
+                                    (header.version.empty() ? std::string("-") : header.version) + ' ' +
+                                    loaded.path.toStdString());
+    }
+    dictionary_ = pool;
+    return pool->size() > 0;
+}
+
+int BatchChecker::list_dictionaries()
+{
+    load_dictionaries();
+    for (const std::string& line : dictionary_lines_)
+        out_ << line << '\n';
+    if (dictionary_lines_.empty())
+        out_ << "no dictionary loaded\n";
+    return status_;
 }
 
 void BatchChecker::fail(const std::string& message)
@@ -202,25 +255,44 @@ bool BatchChecker::write_back(const Cif& cif, const std::string& input_path)
 
 int BatchChecker::run()
 {
-    HCifDictionary dictionary(new CifConcreteDictionary);
+    if (options_.list_dictionaries)
+        return list_dictionaries();
+
+    CifMandatoryItems mandatory;
+    if (!options_.mandatory_file.empty()) {
+        if (fs::is_directory(options_.mandatory_file) || !mandatory.read_file(options_.mandatory_file)) {
+            fail("cannot read the mandatory items file '" + options_.mandatory_file + "'");
+            return status_;
+        }
+    }
+    const bool with_dictionaries = load_dictionaries();
+    if (options_.use_dictionaries && !with_dictionaries)
+        err_ << "cifward-check: no dictionary loaded; checking the syntax only\n";
     // With the document on standard output, the report goes to standard error.
     std::ostream& report = options_.output == "-" ? err_ : out_;
     const bool json = options_.format == CheckerOptions::Format::Json;
-    if (json)
+    if (json) {
         report << "{\n  \"program\": " << json_string(programName())
-               << ", \"version\": " << json_string(programVersion()) << ",\n  \"files\": [";
+               << ", \"version\": " << json_string(programVersion()) << ",\n  \"dictionaries\": [";
+        for (std::size_t i = 0; i < dictionary_lines_.size(); ++i)
+            report << (i ? ", " : "") << json_string(dictionary_lines_[i]);
+        report << "],\n  \"files\": [";
+    }
 
     bool first = true;
     for (const std::string& path : options_.files) {
         std::unique_ptr<std::istream> input = open(path);
         if (!input)
             continue;
-        Cif cif(dictionary);
+        Cif cif(dictionary_);
         // Without a dictionary every data name is unknown; warning about each one would bury
         // the syntax findings.
-        cif.errors()->suppress(320);
+        if (!with_dictionaries)
+            cif.errors()->suppress(320);
         cif.read(*input, options_.line_limit);
         input.reset();
+        if (!options_.mandatory_file.empty())
+            cif.check_mandatory(mandatory.publication_items, mandatory.crystal_items);
         FileReport file;
         file.name = path == "-" ? "<stdin>" : path;
         file.cif = &cif;
@@ -261,5 +333,5 @@ int BatchChecker::main(int argc, const char* const* argv, std::istream& in, std:
         out << "cifward-check (" << programName() << ") " << programVersion() << '\n';
         return Clean;
     }
-    return BatchChecker(options, in, out, err).run();
+    return BatchChecker(options, program_directory(argc > 0 ? argv[0] : nullptr), in, out, err).run();
 }

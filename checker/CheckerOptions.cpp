@@ -32,8 +32,14 @@ std::string CheckerOptions::usage()
            "  -o, --output PATH   write the document back through the CIF writer to PATH\n"
            "                      ('-' for standard output, when the report goes to standard\n"
            "                      error); one input file only; never the input itself\n"
-           "  --no-dict           check the syntax only, without dictionaries (no dictionary\n"
-           "                      is loaded yet, so this is also the default for now)\n"
+           "  --dict-dir DIR      load the dictionaries (*.dic) of DIR instead of those found\n"
+           "                      beside the program; repeatable, searched in the order given\n"
+           "  --no-dict           check the syntax only, without dictionaries\n"
+           "  --list-dicts        list the dictionaries loaded (name, version, path) and the\n"
+           "                      findings of any that was rejected, then exit\n"
+           "  --mandatory FILE    after reading, report the data items that FILE lists and a\n"
+           "                      file lacks (lines 'data_publication', 'data_crystal' or\n"
+           "                      'data_all', each followed by data names)\n"
            "  -h, --help          show this help and exit\n"
            "  --version           show the version and exit\n"
            "\n"
@@ -96,6 +102,26 @@ bool CheckerOptions::parse(int argc, const char* const* argv, CheckerOptions& op
             if (!no_value())
                 return false;
             options.use_dictionaries = false;
+        } else if (arg == "--list-dicts") {
+            if (!no_value())
+                return false;
+            options.list_dictionaries = true;
+        } else if (arg == "--dict-dir") {
+            if (!take_value("--dict-dir"))
+                return false;
+            if (value.empty()) {
+                error = "option '--dict-dir' needs a directory";
+                return false;
+            }
+            options.dictionary_directories.push_back(value);
+        } else if (arg == "--mandatory") {
+            if (!take_value("--mandatory"))
+                return false;
+            if (value.empty()) {
+                error = "option '--mandatory' needs a file";
+                return false;
+            }
+            options.mandatory_file = value;
         } else if (arg == "--format") {
             if (!take_value("--format"))
                 return false;
@@ -127,7 +153,11 @@ bool CheckerOptions::parse(int argc, const char* const* argv, CheckerOptions& op
             return false;
         }
     }
-    if (options.help || options.version)
+    if (!options.use_dictionaries && (options.list_dictionaries || !options.dictionary_directories.empty())) {
+        error = "--no-dict cannot be combined with --dict-dir or --list-dicts";
+        return false;
+    }
+    if (options.help || options.version || options.list_dictionaries)
         return true;
     if (options.files.empty()) {
         error = "no input file (use '-' for standard input)";

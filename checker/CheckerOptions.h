@@ -13,6 +13,9 @@ struct CheckerOptions {
     unsigned line_limit = 80;
     bool quiet = false;
     bool use_dictionaries = true;
+    bool list_dictionaries = false;
+    std::vector<std::string> dictionary_directories; // empty: the loader's own search
+    std::string mandatory_file;
     bool help = false;
     bool version = false;
     std::string output; // empty: no write-back; "-": standard output

@@ -11,6 +11,7 @@
 #include <istream>
 #include <ostream>
 #include <string>
+#include <vector>
 
 // A whole CIF document: its blocks in file order and the findings of the last read.
 class Cif {
@@ -38,6 +39,10 @@ public:
     iterator find_block(const std::string& name);
     iterator block_at_line(std::int32_t line);
     HCifDataBlock add_block(const std::string& name, iterator where);
+
+    // Adds a remark for each listed data name that a block lacks or leaves unknown ("?").
+    void check_mandatory(const std::vector<std::string>& publication_items,
+                         const std::vector<std::string>& crystal_items);
 
     const HCifErrorList& errors() const { return errors_; }
     const HCifDictionary& dictionary() const { return dictionary_; }

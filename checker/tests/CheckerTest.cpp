@@ -2,6 +2,7 @@
 #include "Cif.h"
 #include "CifConcreteDictionary.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -23,8 +24,15 @@ struct CheckRun {
     std::string err;
 };
 
+// Runs the checker in this process. Without a dictionary option it checks the syntax only, so
+// that the cases below don't depend on which dictionaries are installed.
 CheckRun check(std::vector<std::string> args, const std::string& input = "")
 {
+    const bool chooses_dictionaries = std::any_of(args.begin(), args.end(), [](const std::string& a) {
+        return a == "--dict-dir" || a == "--list-dicts" || a == "--no-dict" || a.rfind("--dict-dir=", 0) == 0;
+    });
+    if (!chooses_dictionaries)
+        args.insert(args.begin(), "--no-dict");
     args.insert(args.begin(), "cifward-check");
     std::vector<const char*> argv;
     for (const std::string& a : args)
@@ -116,6 +124,10 @@ TEST(CheckerOptionsTest, UsageErrorsExitWithTwoAndOneLineOnStandardError)
         {{"-o", "out.cif", "a.cif", "b.cif"}, "--output takes exactly one input file"},
         {{"--output=", "a.cif"}, "option '--output' needs a path"},
         {{"--quiet=yes", "a.cif"}, "option '--quiet' takes no value"},
+        {{"--dict-dir", "", "a.cif"}, "option '--dict-dir' needs a directory"},
+        {{"--no-dict", "--dict-dir", "d", "a.cif"},
+         "--no-dict cannot be combined with --dict-dir or --list-dicts"},
+        {{"--mandatory"}, "option '--mandatory' needs a value"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.args));
@@ -218,19 +230,20 @@ TEST(CheckerTest, JsonCarriesEveryFieldOfEachFinding)
     const std::string bad = dir.file("bad.cif", "data_b\n_a\n");
     const CheckRun run = check({"--format", "json", bad, "-"}, "data_one\ndata_two\n");
     EXPECT_EQ(run.status, 1);
-    const std::string expected = "{\n  \"program\": \"Cifward\", \"version\": \"1.1\",\n  \"files\": [\n"
-                                 "    {\"file\": \"" +
-                                 bad +
-                                 "\", \"blocks\": [\"data_b\"], \"findings\": [\n"
-                                 "      {\"code\": 308, \"severity\": 2, \"severity_text\": \"Error\", "
-                                 "\"line\": 2, \"first\": \"_a\", "
-                                 "\"second\": \"\", \"message\": \"Data name _a not followed by data "
-                                 "value\", \"text\": \"Error: Line 2 : "
-                                 "Data name _a not followed by data value\"}\n"
-                                 "    ], \"errors\": 1, \"warnings\": 0, \"remarks\": 0},\n"
-                                 "    {\"file\": \"<stdin>\", \"blocks\": [\"data_one\", \"data_two\"], "
-                                 "\"findings\": [], \"errors\": 0, "
-                                 "\"warnings\": 0, \"remarks\": 0}\n  ]\n}\n";
+    const std::string expected =
+        "{\n  \"program\": \"Cifward\", \"version\": \"1.1\",\n  \"dictionaries\": [],\n  \"files\": [\n"
+        "    {\"file\": \"" +
+        bad +
+        "\", \"blocks\": [\"data_b\"], \"findings\": [\n"
+        "      {\"code\": 308, \"severity\": 2, \"severity_text\": \"Error\", "
+        "\"line\": 2, \"first\": \"_a\", "
+        "\"second\": \"\", \"message\": \"Data name _a not followed by data "
+        "value\", \"text\": \"Error: Line 2 : "
+        "Data name _a not followed by data value\"}\n"
+        "    ], \"errors\": 1, \"warnings\": 0, \"remarks\": 0},\n"
+        "    {\"file\": \"<stdin>\", \"blocks\": [\"data_one\", \"data_two\"], "
+        "\"findings\": [], \"errors\": 0, "
+        "\"warnings\": 0, \"remarks\": 0}\n  ]\n}\n";
     EXPECT_EQ(run.out, expected);
 }
 
@@ -241,7 +254,7 @@ TEST(CheckerTest, JsonIsValidUtf8ForLatin1AndControlBytes)
     TempDir dir;
     // A degree sign in Latin-1, a bell byte, quotes and a backslash in values and findings.
     const std::string odd = dir.file("odd.cif", "data_\xb0\n_a \"q\\\"\x07\n_b 'x\n");
-    const CheckRun run = shell(std::string(CIFWARD_CHECKER_PATH) + " --format json " + odd +
+    const CheckRun run = shell(std::string(CIFWARD_CHECKER_PATH) + " --no-dict --format json " + odd +
                                " | python3 -c 'import json,sys; d=json.load(sys.stdin); "
                                "f=d[\"files\"][0]; print(f[\"blocks\"][0]); print(len(f[\"findings\"]))'");
     EXPECT_EQ(run.status, 0) << run.err;
@@ -331,4 +344,105 @@ TEST(CheckerTest, CorpusFilesGiveTheSameVerdictFromTheProgram)
         EXPECT_EQ(run.status, c.status) << run.out << run.err;
         EXPECT_EQ(count_lines(run.out), 1);
     }
+}
+
+namespace {
+std::string shared_dict_dir()
+{
+    return (fs::path(CIFWARD_SHARED_DIR) / "dict").string();
+}
+} // namespace
+
+TEST(CheckerDictionaryTest, ValuesAreCheckedAgainstTheCoreDictionary)
+{
+    if (!fs::exists(fs::path(shared_dict_dir()) / "cif_core.dic"))
+        GTEST_SKIP() << "no core dictionary at " << shared_dict_dir();
+    TempDir dir;
+    const std::string file = dir.file("values.cif", "data_v\n_cell_length_a -2.0\n_cell_angle_beta 95.1(3)\n"
+                                                    "_atom_site_calc_flag maybe\n_my_own_item 1\n");
+    struct Case {
+        std::vector<std::string> args;
+        std::string out;
+    };
+    const std::vector<Case> cases = {
+        {{"--dict-dir", shared_dict_dir(), file},
+         file + ": Warning: Line 2 : Data value should be greater than a defined limit : _cell_length_a\n" +
+             file +
+             ": Warning: Line 4 : Data value is not in dictionary enumeration list : _atom_site_calc_flag\n" +
+             file + ": Warning: Line 5 : Created non-standard data item _my_own_item\n" + file +
+             ": 0 errors, 3 warnings, 0 remarks\n"},
+        // Without dictionaries only the syntax is checked, and unknown names are no news.
+        {{"--no-dict", file}, file + ": 0 errors, 0 warnings, 0 remarks\n"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.args));
+        const CheckRun run = check(c.args);
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.out, c.out);
+        EXPECT_EQ(run.err, "");
+    }
+}
+
+TEST(CheckerDictionaryTest, ListsLoadedDictionariesAndReportsRejectedOnes)
+{
+    if (!fs::exists(fs::path(shared_dict_dir()) / "cif_core.dic"))
+        GTEST_SKIP() << "no core dictionary at " << shared_dict_dir();
+    TempDir dir;
+    // A definition with a _type no reader accepts: the whole file is rejected.
+    dir.file("bad.dic", "data_on_this_dictionary\n_dictionary_name bad.dic\n_dictionary_version 1.0\n"
+                        "data_thing\n_name '_thing'\n_type text\n");
+    const std::string good = dir.file("good.cif", good_cif);
+
+    CheckRun run = check({"--list-dicts", "--dict-dir", dir.dir().string(), "--dict-dir", shared_dict_dir()});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "cif_core.dic 2.4.5 " + shared_dict_dir() + "/cif_core.dic\n");
+    EXPECT_EQ(run.err,
+              "cifward-check: dictionary rejected: " + dir.path("bad.dic") +
+                  "\n  Error: Line 4 : Invalid value for _type 'text' : expected 'numb', 'char' or 'null'\n");
+
+    // Checking goes on with the dictionaries that loaded.
+    run = check({"--dict-dir", dir.dir().string(), "--dict-dir", shared_dict_dir(), "-q", good});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.err.find("dictionary rejected"), std::string::npos);
+    EXPECT_EQ(run.out, good + ": 0 errors, 2 warnings, 0 remarks\n");
+
+    // A directory with no dictionary at all: said so, and the syntax is still checked.
+    const fs::path empty = dir.dir() / "empty";
+    fs::create_directory(empty);
+    run = check({"--dict-dir", empty.string(), "-q", good});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "cifward-check: no dictionary loaded; checking the syntax only\n");
+    EXPECT_EQ(run.out, good + ": 0 errors, 0 warnings, 0 remarks\n");
+}
+
+TEST(CheckerDictionaryTest, TheBuiltProgramFindsTheDictionaryBesideItself)
+{
+    const CheckRun run = shell(std::string(CIFWARD_CHECKER_PATH) + " --list-dicts");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "cif_core.dic 2.4.5 " +
+                           (fs::path(CIFWARD_CHECKER_PATH).parent_path() / "dict" / "cif_core.dic").string() +
+                           "\n");
+}
+
+TEST(CheckerDictionaryTest, MandatoryItemsAreReportedAsRemarks)
+{
+    TempDir dir;
+    const std::string list =
+        dir.file("mandatory.txt", "# items a submission needs\ndata_crystal\n_cell_length_a\n"
+                                  "_cell_volume\ndata_publication\n_publ_section_title\n");
+    const std::string file = dir.file("c.cif", "data_c\n_cell_length_a ?\n_cell_angle_beta 90\n");
+    // Without a dictionary no block shows a category, so the first block is checked for the
+    // publication list and then for the crystal list.
+    CheckRun run = check({"--mandatory", list, file});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, file + ": Remark: Line 1 : Data item _publ_section_title not found in block data_c\n" +
+                           file + ": Remark: Line 1 : Data item _cell_length_a not set in block data_c\n" +
+                           file + ": Remark: Line 1 : Data item _cell_volume not found in block data_c\n" +
+                           file + ": 0 errors, 0 warnings, 3 remarks\n");
+
+    run = check({"--mandatory", dir.path("none.txt"), file});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err,
+              "cifward-check: cannot read the mandatory items file '" + dir.path("none.txt") + "'\n");
+    EXPECT_EQ(run.out, "");
 }

@@ -28,10 +28,28 @@ bool only_space_from(const std::string& v, std::size_t i)
     return true;
 }
 
-// A number with an uncertainty, "x(u)", read as the scanning format "%f(%d)" reads it.
-bool scan_with_uncertainty(const char* text, float& x, int& u)
+// A well-formed number reads the same through strtof as through the scanning formats, at a
+// fraction of the cost; only other text goes through sscanf.
+bool scan_number(const std::string& text, bool well_formed, float& x)
 {
-    return std::sscanf(text, "%f(%d)", &x, &u) == 2;
+    if (well_formed) {
+        x = std::strtof(text.c_str(), nullptr);
+        return true;
+    }
+    return std::sscanf(text.c_str(), "%f", &x) == 1;
+}
+
+// A number with an uncertainty, "x(u)", read as the scanning format "%f(%d)" reads it.
+bool scan_with_uncertainty(const std::string& text, bool well_formed, float& x, int& u)
+{
+    if (!well_formed)
+        return std::sscanf(text.c_str(), "%f(%d)", &x, &u) == 2;
+    char* end = nullptr;
+    x = std::strtof(text.c_str(), &end);
+    if (*end != '(')
+        return false;
+    u = static_cast<int>(std::strtol(end + 1, nullptr, 10));
+    return true;
 }
 
 int standard_check(const CifDictionaryEntry* entry, CifValueRange& range, const std::string& v)
@@ -54,12 +72,9 @@ int standard_check(const CifDictionaryEntry* entry, CifValueRange& range, const 
 
     float x = 0.0f;
     int u = 0;
-    if (type == CifDictionaryEntry::Numb) {
-        if (std::sscanf(v.c_str(), "%f", &x) != 1)
-            return 3;
-        if (!cif_is_well_formed_number(v))
-            return 2;
-    }
+    const bool well_formed = cif_is_well_formed_number(v);
+    if (type == CifDictionaryEntry::Numb && !well_formed)
+        return scan_number(v, false, x) ? 2 : 3;
 
     const int conditions = entry->type_conditions;
     const std::string& range_text = entry->enumeration_range;
@@ -91,7 +106,8 @@ int standard_check(const CifDictionaryEntry* entry, CifValueRange& range, const 
         if (at != std::string::npos)
             copy[at] = 'e';
 
-        if (conditions == CifDictionaryEntry::Esd && scan_with_uncertainty(copy.c_str(), x, u)) {
+        const bool copy_well_formed = well_formed && cif_is_well_formed_number(copy);
+        if (conditions == CifDictionaryEntry::Esd && scan_with_uncertainty(copy, copy_well_formed, x, u)) {
             int decimals = 0;
             at = copy.find('.');
             if (at != std::string::npos)
@@ -109,7 +125,7 @@ int standard_check(const CifDictionaryEntry* entry, CifValueRange& range, const 
                 return 4;
             if (range.has_high && range.high + 3.0f * s < x)
                 return 5;
-        } else if (std::sscanf(copy.c_str(), "%f", &x) == 1) {
+        } else if (scan_number(copy, copy_well_formed, x)) {
             if (range.has_low && x < range.low)
                 return 4;
             if (range.has_high && x > range.high)
@@ -118,7 +134,7 @@ int standard_check(const CifDictionaryEntry* entry, CifValueRange& range, const 
     }
 
     if (type == CifDictionaryEntry::Numb && conditions == CifDictionaryEntry::NoConditions &&
-        scan_with_uncertainty(v.c_str(), x, u))
+        scan_with_uncertainty(v, well_formed, x, u))
         return 6;
     return 0;
 }

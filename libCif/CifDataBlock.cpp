@@ -287,6 +287,9 @@ void CifDataBlock::write(std::ostream& stream, unsigned line_limit) const
         for (const std::string& name : loop->names())
             loop_by_name.emplace(name, loop.get());
     std::set<std::string, CifNameLess> written;
+    // A loop without rows is a bare header, which would take the data names after it as its
+    // own columns when read back; such loops come last, where nothing can follow them.
+    std::vector<std::pair<const CifLoop*, std::vector<HCifDataItem>>> empty_loops;
 
     for (const HCifDataItem& each : items_) {
         if (!each->is_looped()) {
@@ -298,15 +301,32 @@ void CifDataBlock::write(std::ostream& stream, unsigned line_limit) const
         auto found = loop_by_name.find(each->name());
         if (found == loop_by_name.end()) {
             // A looped item that no loop names still keeps its values, as a loop of one column.
-            CifLoop(std::vector<std::string>{each->name()}).write(stream, {each}, line_limit);
+            const CifLoop alone(std::vector<std::string>{each->name()});
+            if (each->has_value())
+                alone.write(stream, {each}, line_limit);
+            else
+                empty_loops.emplace_back(nullptr, std::vector<HCifDataItem>{each});
             written.insert(each->name());
             continue;
         }
         std::vector<HCifDataItem> columns;
+        bool has_rows = false;
         for (const std::string& name : found->second->names())
-            if (HCifDataItem column = item(name))
+            if (HCifDataItem column = item(name)) {
                 columns.push_back(column);
-        found->second->write(stream, columns, line_limit);
+                has_rows = has_rows || column->has_value();
+            }
+        if (has_rows)
+            found->second->write(stream, columns, line_limit);
+        else
+            empty_loops.emplace_back(found->second, std::move(columns));
         written.insert(found->second->names().begin(), found->second->names().end());
+    }
+    for (const auto& empty : empty_loops) {
+        if (empty.first)
+            empty.first->write(stream, empty.second, line_limit);
+        else
+            CifLoop(std::vector<std::string>{empty.second.front()->name()})
+                .write(stream, empty.second, line_limit);
     }
 }

@@ -8,7 +8,9 @@
 #include <vector>
 
 // Several dictionaries behind one interface. A name is answered wholly by the first dictionary,
-// in order of addition, that defines it; a name that none defines gets the defaults.
+// in order of addition, that defines it; a name that none defines gets the defaults. The pool
+// indexes its dictionaries' entries when one is added or removed: a dictionary is not read again
+// while a pool holds it.
 class CifDictionaryPool : public CifDictionary {
 public:
     using Dictionaries = std::vector<HCifConcreteDictionary>;

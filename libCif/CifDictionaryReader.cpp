@@ -7,10 +7,10 @@
 
 namespace {
 
-const std::string& first_value_of(const CifDataBlock& block, const char* name, std::string& storage)
+// A header value, normalised as definition texts are (the history is a text field).
+std::string header_value(const CifDataBlock& block, const char* name)
 {
-    storage = block.first_value(name);
-    return storage;
+    return cif_normalise_text(block.first_value(name));
 }
 
 // A single-valued field: the first value, normalised; more than one value is a finding.
@@ -192,14 +192,13 @@ void CifConcreteDictionary::read(std::istream& stream, const HCifErrorList& erro
 
     std::size_t first_definition = 0;
     const CifDataBlock& head = file.block(0);
-    std::string storage;
     const bool is_header = head.has_value("_dictionary_name") || head.has_value("_dictionary_history") ||
                            head.has_value("_dictionary_update") || head.has_value("_dictionary_version");
     if (is_header) {
-        header_.name = first_value_of(head, "_dictionary_name", storage);
-        header_.history = first_value_of(head, "_dictionary_history", storage);
-        header_.update = first_value_of(head, "_dictionary_update", storage);
-        header_.version = first_value_of(head, "_dictionary_version", storage);
+        header_.name = header_value(head, "_dictionary_name");
+        header_.history = header_value(head, "_dictionary_history");
+        header_.update = header_value(head, "_dictionary_update");
+        header_.version = header_value(head, "_dictionary_version");
         first_definition = 1;
     }
 

@@ -100,7 +100,11 @@ void CifLoop::write(std::ostream& stream, const std::vector<HCifDataItem>& items
     if (!notes_.empty())
         stream << notes_[0];
 
-    const std::size_t rows = items.empty() ? 0 : items.front()->value_count();
+    // The longest column sets the rows, so that no value of a ragged loop is lost; the short
+    // columns are padded with ''.
+    std::size_t rows = 0;
+    for (const HCifDataItem& item : items)
+        rows = std::max(rows, item->value_count());
     for (std::size_t row = 0; row < rows; ++row) {
         long col = 0;
         bool line_ended = false;

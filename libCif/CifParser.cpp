@@ -283,6 +283,10 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
         gather_comments(pending_, token);
     }
     tokeniser_.push_front(token);
+    // A stream that ends in a line end gives one more, empty, line; as at the end of any file,
+    // it is not part of the text that the loop's header is followed by.
+    if (token.kind == CifEnd && !pending_.empty() && pending_.back() == '\n')
+        pending_.pop_back();
 
     if (columns.empty()) {
         add(CifError(321, token.line));

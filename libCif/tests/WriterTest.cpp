@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <optional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -491,6 +492,56 @@ TEST(Writer, ReadWriteReadKeepsModelAndComments)
         EXPECT_EQ(model_dump(*second), model_dump(*first)) << text;
         EXPECT_EQ(comment_dump(*second), comment_dump(*first)) << text;
     }
+}
+
+TEST(Writer, LoopsWithoutRowsNeverTakeTheNamesAfterThem)
+{
+    // A loop without rows is a bare header; written where it stands, the data names after it
+    // would read back as its columns and lose their values.
+    struct Case {
+        std::string name;
+        std::string text;
+    };
+    const std::vector<Case> cases = {
+        // The empty loop stands between two items once the repeated loop of _a joins the first.
+        {"merged loops", "data_a\nloop_\n_a\n1\nloop_\n_e\nloop_\n_a\n2\n_x 3\n"},
+        {"empty loop then items", "data_a\nloop_\n_e\n_f\nloop_\n_l\n1\n_x 3\n_y 'a b'\ndata_b\n_z 4\n"},
+    };
+    // Each item keeps its values; only the empty loops change place, to the end of the block.
+    auto values_by_name = [](const Cif& cif) {
+        std::set<std::string> out;
+        for (const HCifDataBlock& block : cif)
+            for (const HCifDataItem& item : *block) {
+                std::string line = block->name() + " " + item->name() + (item->is_looped() ? "*" : "");
+                for (std::size_t row = 0; row < item->value_count(); ++row)
+                    line += " [" + item->value(row) + "]";
+                out.insert(line);
+            }
+        return out;
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        HCif first = read_back(c.text);
+        const std::string text = written(*first);
+        HCif second = read_back(text);
+        EXPECT_EQ(values_by_name(*second), values_by_name(*first)) << text;
+        EXPECT_EQ(written(*second), text);
+    }
+
+    // Put by the program itself: an empty loop moved before a single item.
+    HCifDictionary dictionary(new CifConcreteDictionary);
+    Cif cif(dictionary);
+    HCifDataBlock block = cif.add_block("data_m", cif.end());
+    block->add_item("_x")->set_single_value("3");
+    block->add_item("_e");
+    block->make_loop({"_e"});
+    block->set_write_order({"_e"}, CifDataBlock::BeforeFirst);
+    std::ostringstream out;
+    cif.write(out, 80);
+    HCif reread = read_back(out.str());
+    ASSERT_EQ(reread->block_count(), 1u);
+    EXPECT_EQ(reread->block(0).first_value("_x"), "3") << out.str();
+    EXPECT_FALSE(reread->block(0).is_looped("_x")) << out.str();
 }
 
 } // namespace

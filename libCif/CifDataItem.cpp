@@ -175,5 +175,5 @@ void CifDataItem::write(std::ostream& stream, unsigned line_limit) const
         stream << ((static_cast<long>(after.size()) + 1 + col > limit - 1) ? '\n' : ' ');
         stream << after;
     }
-    stream << comment(3);
+    cif_write_closing_comment(stream, comment(3));
 }

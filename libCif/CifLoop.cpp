@@ -143,6 +143,5 @@ void CifLoop::write(std::ostream& stream, const std::vector<HCifDataItem>& items
     }
 
     for (const HCifDataItem& item : items)
-        if (item->has_comment(3))
-            stream << item->comment(3);
+        cif_write_closing_comment(stream, item->comment(3));
 }

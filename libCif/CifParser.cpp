@@ -1,7 +1,6 @@
 #include "CifParser.h"
 
-#include "CifErrorException.h"
-
+#include <set>
 #include <utility>
 
 namespace {
@@ -34,6 +33,16 @@ void CifParser::gather_comments(std::string& out, CifToken& token)
     }
 }
 
+void CifParser::drop_last_empty_line()
+{
+    // A stream that ends in a line end gives one more, empty, line, which the file does not
+    // hold. Only that line goes: a comment on the last line keeps its own line end even when the
+    // file has none, so that nothing written after it can join it.
+    const std::size_t n = pending_.size();
+    if (n > 0 && pending_[n - 1] == '\n' && (n == 1 || pending_[n - 2] == '\n'))
+        pending_.pop_back();
+}
+
 void CifParser::run()
 {
     // A stray apostrophe in the free text before the first block is common and harmless.
@@ -47,8 +56,7 @@ void CifParser::run()
         tokeniser_.next(token);
         switch (token.kind) {
         case CifEnd:
-            if (!pending_.empty() && pending_.back() == '\n')
-                pending_.pop_back();
+            drop_last_empty_line();
             if (last_item && !pending_.empty())
                 last_item->set_comment(3, pending_);
             return;
@@ -182,13 +190,18 @@ HCifDataItem CifParser::name(const CifToken& token)
         item = block_->item(token.text);
     }
 
-    if (item) {
+    // The comment positions of a loop column mean other things: for a repeated name of a looped
+    // item, the text goes on to the next owner instead.
+    const HCifDataItem owner = item && !item->is_looped() ? item : HCifDataItem();
+    if (owner) {
         if (!pending_.empty()) {
-            item->set_comment(0, pending_);
+            owner->set_comment(0, pending_);
             pending_.clear();
         }
         if (!between.empty())
-            item->set_comment(1, between);
+            owner->set_comment(1, between);
+    } else {
+        pending_ += between;
     }
     CifToken next;
     for (;;) {
@@ -198,8 +211,8 @@ HCifDataItem CifParser::name(const CifToken& token)
         append_comment(pending_, next);
     }
     tokeniser_.push_front(std::move(next));
-    if (item && !pending_.empty()) {
-        item->set_comment(2, pending_);
+    if (owner && !pending_.empty()) {
+        owner->set_comment(2, pending_);
         pending_.clear();
     }
     return item;
@@ -252,21 +265,33 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
     tokeniser_.push_front(std::move(token));
     gather_comments(pending_, token);
 
+    // One entry a column of the header; null where the values are read but not kept: a name
+    // repeated in this header, or one that another loop of the block holds, whose values there
+    // stay as they are (as the first value of a repeated single item does).
     std::vector<HCifDataItem> columns;
-    std::vector<std::string> names;
+    std::vector<std::string> names; // the columns that are kept, for the new loop
+    HCifDataItem first_item;
+    std::set<std::string, CifNameLess> in_header;
     while (token.kind == CifName) {
         HCifDataItem item = block_->add_item(token.text);
-        columns.push_back(item);
-        names.push_back(token.text);
-        if (!pending_.empty()) {
-            item->set_comment(0, pending_);
-            pending_.clear();
-        }
+        if (!first_item)
+            first_item = item;
+        const bool repeated = !in_header.insert(token.text).second;
+        const bool elsewhere = !repeated && item->is_looped();
         if (item->type() == CifDictionaryEntry::UnknownType)
             add(CifError(320, token.text, token.line));
-        if (item->has_value())
+        if (repeated || elsewhere || item->has_value())
             duplicate(item, token.text, token.line);
-        seen_at_[item.get()] = token.line;
+        const bool kept = !repeated && !elsewhere;
+        columns.push_back(kept ? item : HCifDataItem());
+        if (kept) {
+            names.push_back(token.text);
+            seen_at_[item.get()] = token.line;
+            if (!pending_.empty()) {
+                item->set_comment(0, pending_);
+                pending_.clear();
+            }
+        }
 
         const std::int32_t name_line = token.line;
         for (;;) {
@@ -276,41 +301,38 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
             append_comment(pending_, token);
         }
         tokeniser_.push_front(std::move(token));
-        if (!pending_.empty()) {
+        if (kept && !pending_.empty()) {
             item->set_comment(1, pending_);
             pending_.clear();
         }
         gather_comments(pending_, token);
     }
     tokeniser_.push_front(token);
-    // A stream that ends in a line end gives one more, empty, line; as at the end of any file,
-    // it is not part of the text that the loop's header is followed by.
-    if (token.kind == CifEnd && !pending_.empty() && pending_.back() == '\n')
-        pending_.pop_back();
+    if (token.kind == CifEnd)
+        drop_last_empty_line();
 
     if (columns.empty()) {
         add(CifError(321, token.line));
         return HCifDataItem();
     }
 
-    HCifLoop loop(new CifLoop(names));
-    for (const HCifDataItem& column : columns)
-        column->set_looped();
-    if (!before.empty())
-        loop->set_comment(1, before);
-    if (!after.empty())
-        loop->set_comment(2, after);
-    if (!pending_.empty()) {
-        loop->set_note(0, pending_);
-        pending_.clear();
-    }
-    try {
+    if (!names.empty()) {
+        HCifLoop loop(new CifLoop(names));
+        for (const HCifDataItem& column : columns)
+            if (column)
+                column->set_looped();
+        if (!before.empty())
+            loop->set_comment(1, before);
+        if (!after.empty())
+            loop->set_comment(2, after);
+        if (!pending_.empty()) {
+            loop->set_note(0, pending_);
+            pending_.clear();
+        }
         block_->add_loop(loop);
-    } catch (const CifErrorException& e) {
-        // A name that an earlier loop of the block holds: the columns join that loop, so that
-        // every looped item keeps belonging to exactly one loop.
-        add(CifError(e.error()));
-        block_->make_loop(names);
+    } else {
+        // No column of its own: the text around the header goes on to the next owner.
+        pending_ = before + after + pending_;
     }
 
     for (std::size_t row = 0;; ++row) {
@@ -321,8 +343,10 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
             if (token.kind != CifValueToken) {
                 tokeniser_.push_front(std::move(token));
                 add(CifError(322, loop_line));
-                return columns.front();
+                return first_item;
             }
+            if (!column)
+                continue;
             const int result = column->set_value(row, token.text);
             if (result != 0)
                 add(CifError(cif_check_result_code(result), column->name(), token.line));
@@ -335,6 +359,7 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
             break;
     }
     for (const HCifDataItem& column : columns)
-        column->shrink_to_fit();
-    return columns.front();
+        if (column)
+            column->shrink_to_fit();
+    return first_item;
 }

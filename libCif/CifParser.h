@@ -26,6 +26,7 @@ private:
     void duplicate(const HCifDataItem& item, const std::string& name, std::int32_t line);
     // Appends comments and blank lines to `out`, and leaves the first other token in `token`.
     void gather_comments(std::string& out, CifToken& token);
+    void drop_last_empty_line();
     void add(CifError&& error) { errors_->add(std::move(error)); }
 
     HCifDictionary dictionary_;

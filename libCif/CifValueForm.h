@@ -2,6 +2,7 @@
 #define CIFWARD_CIFVALUEFORM_H
 
 #include <ostream>
+#include <string>
 #include <string_view>
 
 // How the writer spells a value so that every CIF reader reads it back as the same text.
@@ -17,5 +18,9 @@ inline bool cif_is_quoted(CifValueForm form)
 
 // Writes a bare or quoted value; a text block is laid out by its caller.
 void cif_write_inline_value(std::ostream& stream, std::string_view value, CifValueForm form);
+
+// Writes the comment that follows the last item of a file. It ends its line even where the file
+// did not, since the item it belongs to is not always the last one written.
+void cif_write_closing_comment(std::ostream& stream, const std::string& comment);
 
 #endif

@@ -10,11 +10,13 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <iostream>
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -167,86 +169,30 @@ protected:
 };
 
 // ---------------------------------------------------------------------------------------------
-// Every file reads to the end without an exception, and what the reader says about it is
-// coherent: each finding is a row of the message table and points at a line of the file.
+// What the reader says about a file is coherent: each finding is a row of the message table and
+// points at a line of the file.
 
-TEST_P(CorpusFile, ReadsWithoutFault)
+void expect_coherent_findings(const Cif& cif, const fs::path& path)
 {
-    Reading reading;
-    read_file(reading, path_);
-    ASSERT_EQ(reading.thrown, "") << "the read threw";
-
-    const std::int32_t lines = reader_line_count(read_bytes(path_));
-    for (const CifError& e : *reading.cif.errors()) {
+    const std::int32_t lines = reader_line_count(read_bytes(path));
+    for (const CifError& e : *cif.errors()) {
         EXPECT_EQ(cif_message(e.code).code, e.code) << "finding outside the message table: " << e.text();
         // Only the stream-level findings and the parser's internal ones have no line.
         const bool lineless = e.code == 301 || e.code == 302 || e.code == 316;
-        if (lineless)
+        if (lineless) {
             EXPECT_EQ(e.line, -1) << e.text();
-        else
+        } else {
             EXPECT_TRUE(e.line >= 1 && e.line <= lines)
                 << e.text() << " (the file has " << lines << " lines)";
+        }
         EXPECT_NE(e.code, 316u) << "the parser met a state it should never reach: " << e.text();
     }
-    EXPECT_EQ(reading.cif.block_count() == 0, has_code(reading.cif, 302))
+    EXPECT_EQ(cif.block_count() == 0, has_code(cif, 302))
         << "finding 302 must be raised exactly when no block was read";
 }
 
 // ---------------------------------------------------------------------------------------------
 // Round trip: what the reader understood, written and read again, is understood the same way.
-
-// Whether the writer may put a single item's value first on its line: after comment 1, which
-// ends in a line end, or when the value does not fit after the name padded to 32 characters and a
-// blank within two characters of the limit.
-bool may_begin_line(const CifDataItem& item, const std::string& v)
-{
-    const std::size_t col = std::max<std::size_t>(32, item.name().size()) + 1;
-    return item.has_comment(1) || v.size() + col > line_limit - 2;
-}
-
-// Why the writer, by its documented rules, writes `v` in a form that reads back as something
-// else; empty when it reads back as it is. The writer does not protect such values, so a file
-// holding one cannot make the round trip. `line_start`: the value may be written first on a line,
-// where a ';' opens a text field.
-std::string unwritable_reason(const std::string& v, bool looped, bool line_start)
-{
-    const auto white = [](unsigned char c) {
-        return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
-    };
-    // Bytes of 128 and above count as neither white space nor graphic.
-    const auto graphic = [](unsigned char c) { return c > 32 && c < 127; };
-    if (v.find('\n') != std::string::npos) {
-        if (v.find("\n;") != std::string::npos)
-            return "a text field holding a line that begins with ';'";
-        if (v.back() != '\n')
-            return "a text field not ending in a line end";
-        return "";
-    }
-    const bool quoted = v.find(' ') != std::string::npos || (!v.empty() && (v[0] == '_' || v[0] == '[')) ||
-                        (looped && v.empty());
-    if (quoted) {
-        const char q = v.find('\'') == std::string::npos ? '\'' : '"';
-        for (std::size_t i = 0; i < v.size(); ++i) {
-            const bool escaped = i > 0 && v[i - 1] == '\\';
-            if (v[i] == q && !escaped && i + 1 < v.size() && !graphic(static_cast<unsigned char>(v[i + 1])))
-                return std::string("a value holding the quote ") + q + " before white space";
-        }
-        if (!v.empty() && v.back() == '\\')
-            return "a quoted value ending in a backslash";
-        if (v.size() + 2 > 2048)
-            return "a quoted value longer than a line can hold";
-        return "";
-    }
-    if (std::any_of(v.begin(), v.end(), [&](unsigned char c) { return white(c); }))
-        return "a value holding white space other than blanks";
-    if (!v.empty() && (v[0] == '\'' || v[0] == '"' || v[0] == '#'))
-        return std::string("a bare value beginning with ") + v[0];
-    if (!v.empty() && v[0] == ';' && line_start)
-        return "a bare value beginning with ; that may stand first on its line";
-    if (cif_starts_with_nocase(v, "data_") || cif_starts_with_nocase(v, "loop_"))
-        return "a value spelled as a keyword";
-    return "";
-}
 
 struct ItemImage {
     std::string name;
@@ -287,15 +233,6 @@ std::vector<BlockImage> image_of(const Cif& cif, bool pad_loops)
         }
         for (const HCifDataItem& item : *block) {
             ItemImage i{item->name(), {}, item->comments()};
-            // A blank line right after a data name opens comment 1; the writer puts comment 1 on
-            // the name's line, so that blank line becomes the end of the name's line and is gone
-            // on the next reading. The comments themselves keep their place.
-            const auto between = i.comments.find(1);
-            if (!item->is_looped() && between != i.comments.end() && between->second.front() == '\n') {
-                between->second.erase(0, 1);
-                if (between->second.empty())
-                    i.comments.erase(between);
-            }
             for (std::size_t row = 0; row < item->value_count(); ++row)
                 i.values.push_back(item->value(row));
             const auto r = rows.find(item->name());
@@ -307,20 +244,6 @@ std::vector<BlockImage> image_of(const Cif& cif, bool pad_loops)
         blocks.push_back(std::move(b));
     }
     return blocks;
-}
-
-std::string unwritable_value(const Cif& cif)
-{
-    for (const HCifDataBlock& block : cif)
-        for (const HCifDataItem& item : *block)
-            for (std::size_t row = 0; row < item->value_count(); ++row) {
-                const std::string v = item->value(row);
-                const bool line_start = item->is_looped() || may_begin_line(*item, v);
-                const std::string reason = unwritable_reason(v, item->is_looped(), line_start);
-                if (!reason.empty())
-                    return reason + ": " + block->name() + " " + item->name() + " = [" + printable(v) + "]";
-            }
-    return "";
 }
 
 bool same_names(const std::vector<std::string>& a, const std::vector<std::string>& b)
@@ -366,28 +289,31 @@ void expect_same_model(const std::vector<BlockImage>& first, const std::vector<B
     }
 }
 
-TEST_P(CorpusFile, WritesWhatItReads)
+// Why the round trip is not promised for `cif`; empty when it is. It is promised for files without
+// stray values (311 to 313): the reader drops those, and what stood around them changes meaning.
+// Other errors do not exclude a file: a repeated name (318) keeps its first value, which is
+// written and read as any other, and a ragged loop (322) is compared with its short row filled
+// as the writer fills it. Every value is in: the writer chooses for each a form that reads back
+// as the same text.
+std::string round_trip_exclusion(const Cif& cif)
 {
-    Reading first;
-    read_file(first, path_);
-    ASSERT_EQ(first.thrown, "");
-    // Stray values are dropped by the reader; the round trip is promised only for files without.
     for (std::uint32_t stray : {311u, 312u, 313u})
-        if (has_code(first.cif, stray))
-            GTEST_SKIP() << "the file has stray values (finding " << stray << ")";
-    const std::string unwritable = unwritable_value(first.cif);
-    if (!unwritable.empty())
-        GTEST_SKIP() << "the writer does not protect " << unwritable;
+        if (has_code(cif, stray))
+            return "the file has stray values (finding " + std::to_string(stray) + ")";
+    return "";
+}
 
-    const std::string text = written(first.cif);
+void expect_round_trip(const Cif& first)
+{
+    const std::string text = written(first);
     Reading second;
     std::istringstream in(text);
     read_stream(second, in);
-    ASSERT_EQ(second.thrown, "");
+    ASSERT_EQ(second.thrown, "") << "reading the written text threw";
 
-    expect_same_model(image_of(first.cif, true), image_of(second.cif, false));
+    expect_same_model(image_of(first, true), image_of(second.cif, false));
 
-    const auto before = error_counts(first.cif);
+    const auto before = error_counts(first);
     for (const auto& [code, count] : error_counts(second.cif)) {
         const auto it = before.find(code);
         EXPECT_LE(count, it == before.end() ? 0 : it->second)
@@ -410,11 +336,11 @@ struct GemmiException {
 };
 
 const GemmiException gemmi_exceptions[] = {
-    // gemmi puts no limit on the length of a data name; this reader keeps the limit of 75.
-    {"iucr-ciftest/syntax/ciftest8.cif", 306, "data name of 89 characters"},
-    // `gemmi validate -f` checks the syntax only; its full check reports the repeated block name
-    // data_9000025_1 as we do.
-    {"cod/funny-disorder-markups.cif", 310, "block name repeated"},
+    {"iucr-ciftest/syntax/ciftest8.cif", 306,
+     "a data name of 89 characters: gemmi sets no limit to the length of a name, this reader keeps 75"},
+    {"cod/funny-disorder-markups.cif", 310,
+     "block data_9000025_1 twice: `gemmi validate -f` checks the syntax only, and its full check "
+     "reports the repeated block name as we do"},
 };
 
 bool gemmi_available()
@@ -440,22 +366,52 @@ int gemmi_validate(const fs::path& path)
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-TEST_P(CorpusFile, RaisesNoSyntaxErrorWhereGemmiAccepts)
+void expect_no_syntax_error(const Cif& cif, const std::string& file)
 {
-    if (!gemmi_available())
-        GTEST_SKIP() << "gemmi is not on PATH";
-    if (gemmi_validate(path_) != 0)
-        GTEST_SKIP() << "gemmi rejects this file";
-    Reading reading;
-    read_file(reading, path_);
-    ASSERT_EQ(reading.thrown, "");
-    for (const CifError& e : *reading.cif.errors()) {
-        if (e.severity() != error_severity || syntax_codes.count(e.code) == 0)
-            continue;
-        const auto known =
-            std::find_if(std::begin(gemmi_exceptions), std::end(gemmi_exceptions),
-                         [&](const GemmiException& x) { return GetParam() == x.file && e.code == x.code; });
-        EXPECT_TRUE(known != std::end(gemmi_exceptions)) << "gemmi accepts the file, we raise " << e.text();
+    const auto listed = [&](std::uint32_t code) {
+        return std::any_of(std::begin(gemmi_exceptions), std::end(gemmi_exceptions),
+                           [&](const GemmiException& x) { return file == x.file && code == x.code; });
+    };
+    for (const CifError& e : *cif.errors()) {
+        if (e.severity() == error_severity && syntax_codes.count(e.code) != 0) {
+            EXPECT_TRUE(listed(e.code)) << "gemmi accepts the file, we raise " << e.text();
+        }
+    }
+    // A listed difference that no longer happens is taken off the list, not left to hide one.
+    for (const GemmiException& x : gemmi_exceptions) {
+        if (file == x.file) {
+            EXPECT_TRUE(has_code(cif, x.code))
+                << "listed difference no longer seen: " << x.code << ", " << x.reason;
+        }
+    }
+}
+
+// ---------------------------------------------------------------------------------------------
+// One instance per file runs every check on one reading of it. A check that does not apply to a
+// file says why on the output; the reading itself is always checked.
+
+TEST_P(CorpusFile, ReadsWritesBackAndAgreesWithGemmi)
+{
+    Reading first;
+    read_file(first, path_);
+    ASSERT_EQ(first.thrown, "") << "the read threw";
+    {
+        SCOPED_TRACE("findings of the reading");
+        expect_coherent_findings(first.cif, path_);
+    }
+    if (const std::string why = round_trip_exclusion(first.cif); why.empty()) {
+        SCOPED_TRACE("round trip");
+        expect_round_trip(first.cif);
+    } else {
+        std::cout << "[   NOTE   ] no round trip: " << why << "\n";
+    }
+    if (!gemmi_available()) {
+        std::cout << "[   NOTE   ] gemmi is not on PATH: no comparison\n";
+    } else if (gemmi_validate(path_) != 0) {
+        std::cout << "[   NOTE   ] gemmi rejects the file: no comparison\n";
+    } else {
+        SCOPED_TRACE("agreement with gemmi");
+        expect_no_syntax_error(first.cif, GetParam());
     }
 }
 
@@ -520,17 +476,28 @@ const std::vector<SyntaxCase>& syntax_cases()
     return cases;
 }
 
+// Names the case in gtest's messages by its file instead of its bytes.
+void PrintTo(const SyntaxCase& c, std::ostream* out)
+{
+    *out << c.file;
+}
+
 // The lines of the errors that vcif printed; -1 for an error it gave without a line.
+// vcif writes "ERROR: ... at line N" or "CIF ERROR: Line N ...".
 std::set<std::int32_t> vcif_error_lines(const fs::path& result)
 {
     std::set<std::int32_t> lines;
     std::ifstream in(result);
-    static const std::regex at_line(R"((?:at line|Line) (\d+))");
     for (std::string line; std::getline(in, line);) {
         if (line.rfind("ERROR:", 0) != 0 && line.rfind("CIF ERROR:", 0) != 0)
             continue;
-        std::smatch m;
-        lines.insert(std::regex_search(line, m, at_line) ? std::stoi(m[1]) : -1);
+        std::int32_t number = -1;
+        for (const char* marker : {"at line ", "Line "}) {
+            const std::size_t at = line.find(marker);
+            if (at != std::string::npos && number == -1)
+                number = std::atoi(line.c_str() + at + std::strlen(marker));
+        }
+        lines.insert(number);
     }
     return lines;
 }

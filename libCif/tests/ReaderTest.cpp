@@ -446,7 +446,14 @@ TEST(Reader, CommentsLandOnTheirOwners)
         {"data_a\n_a 1\n# next\n_b 2\n# y\n",
          {{Item, "_a", 2, {}}, {Item, "_a", 3, {}}, {Item, "_b", 0, "# next\n"}, {Item, "_b", 3, "# y\n"}},
          ""},
-        {"data_a\n_a 1\n# last", {{Item, "_a", 3, "# last"}}, ""},
+        // The empty line that follows a file's last line end is not part of the file, but a
+        // comment keeps its own line end even when the file has none: the item it belongs to is
+        // not always written last.
+        {"data_a\n_a 1\n# last", {{Item, "_a", 3, "# last\n"}}, ""},
+        {"data_a\n_a 1\n# last\n", {{Item, "_a", 3, "# last\n"}}, ""},
+        {"data_a\n_a 1\n# last\n\n", {{Item, "_a", 3, "# last\n\n"}}, ""},
+        {"data_a\n_a 1\n\n", {{Item, "_a", 3, "\n"}}, ""},
+        {"data_a\n_a 1\n", {{Item, "_a", 3, {}}}, ""},
         {"data_a\n_a 1\n# x\ndata_b\n", {{Item, "_a", 3, {}}, {Block, "data_b", 0, "# x\n"}}, ""},
         {"data_a\n# lc\nloop_ # on loop\n# before a\n_a # on a\n# before b\n_b\n# note\n1 2\n",
          {{Loop, "_a", 1, "# lc\n"},

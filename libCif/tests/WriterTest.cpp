@@ -1,6 +1,7 @@
 #include "Cif.h"
 #include "CifConcreteDictionary.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <optional>
 #include <set>
@@ -542,6 +543,69 @@ TEST(Writer, LoopsWithoutRowsNeverTakeTheNamesAfterThem)
     ASSERT_EQ(reread->block_count(), 1u);
     EXPECT_EQ(reread->block(0).first_value("_x"), "3") << out.str();
     EXPECT_FALSE(reread->block(0).is_looped("_x")) << out.str();
+}
+
+TEST(Writer, DamagedFilesStillWriteBackWithoutLosingValues)
+{
+    // Files with faults that the reader reports: what it kept must survive a write, and writing
+    // what is read back gives the same text again.
+    struct Case {
+        std::string name;
+        std::string text;
+        std::vector<std::pair<std::string, std::string>> values; // name and its values after the read
+    };
+    const std::string long_dollar = "$" + std::string(2046, 'a');
+    const std::vector<Case> cases = {
+        {"column repeated in a later loop keeps the first loop's values",
+         "data_a\nloop_ _x _y\n1 2\nloop_ _y 3 4\n",
+         {{"_x", "[1]"}, {"_y", "[2]"}}},
+        {"later loop with a new column too",
+         "data_a\nloop_ _x _y\n1 2\nloop_ _y _z\n3 4\n",
+         {{"_x", "[1]"}, {"_y", "[2]"}, {"_z", "[4]"}}},
+        {"name repeated in one header", "data_a\nloop_ _x _x\n1 2\n\n#c", {{"_x", "[1]"}}},
+        {"loop without rows over a single value, comment last without a line end",
+         "data_a\n_x 1\nloop_ _x\n#c",
+         {{"_x", "[1]"}}},
+        {"comment of a repeated name before other items",
+         "data_a\n_x 1\n_y 2\n_x 3\n#c",
+         {{"_x", "[1]"}, {"_y", "[2]"}}},
+        {"comment after an empty block", "data_a\n_x 1\ndata_b\n#c", {{"_x", "[1]"}}},
+        {"comment after a loop, empty loop before it", "data_a\nloop_ _x\nloop_ _z 1\n#c", {{"_z", "[1]"}}},
+        {"repeated name of a looped item at the end", "data_a\nloop_ _x\n1\n_x\n", {{"_x", "[1]"}}},
+        {"value ending in a backslash that cannot be quoted", "data_a\n_x ]\\\n", {{"_x", "[]\\]"}}},
+        {"longest bare value that would need quotes",
+         "data_a\n_x\n" + long_dollar + "\n",
+         {{"_x", "[" + long_dollar + "]"}}},
+    };
+    auto values_of = [](const Cif& cif) {
+        std::vector<std::pair<std::string, std::string>> out;
+        for (const HCifDataBlock& block : cif)
+            for (const HCifDataItem& item : *block) {
+                std::string values;
+                for (std::size_t row = 0; row < item->value_count(); ++row)
+                    values += "[" + item->value(row) + "]";
+                if (!values.empty())
+                    out.emplace_back(item->name(), values);
+            }
+        std::sort(out.begin(), out.end());
+        return out;
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        HCif first = read_back(c.text);
+        EXPECT_EQ(values_of(*first), c.values);
+        const std::string text = written(*first);
+        HCif second = read_back(text);
+        EXPECT_EQ(values_of(*second), c.values) << text;
+        EXPECT_EQ(written(*second), text);
+        // No kind of error is reported on the written text that the file itself did not have.
+        std::set<std::uint32_t> codes;
+        for (const CifError& finding : *first->errors())
+            codes.insert(finding.code);
+        for (const CifError& finding : *second->errors())
+            if (finding.severity() == 2)
+                EXPECT_EQ(codes.count(finding.code), 1u) << finding.text() << "\n" << text;
+    }
 }
 
 } // namespace

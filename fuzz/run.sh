@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Builds the libFuzzer target with clang and runs it for a bounded time, seeded with a copy of
+# the shared corpus. Exits non-zero when the fuzzer finds a crash, a failed invariant or a hang;
+# the input that did it is kept in the work directory's artifacts/ and its path is printed.
+#
+# Environment: FUZZ_SECONDS (default 60), FUZZ_BUILD_DIR (default build-fuzz in the repository),
+# CIFWARD_SHARED_DIR (default ../shared beside the repository).
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+build=${FUZZ_BUILD_DIR:-$root/build-fuzz}
+shared=${CIFWARD_SHARED_DIR:-$root/../shared}
+seconds=${FUZZ_SECONDS:-60}
+max_len=65536
+
+generator=()
+command -v ninja >/dev/null && generator=(-G Ninja)
+# Tests stay off: this build's engine carries the fuzzer's instrumentation.
+CC=clang CXX=clang++ cmake -S "$root" -B "$build" "${generator[@]}" \
+  -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCIFWARD_FUZZ=ON -DCIFWARD_TESTS=OFF >/dev/null
+cmake --build "$build" --target cif_read_fuzzer -j 1
+
+work=$build/fuzz-work
+mkdir -p "$work/corpus" "$work/artifacts"
+# Seeds are copies: the shared corpus is never written to. The first byte of an input picks the
+# line limit; '(' gives 80, the default. Files over the input size limit would only be cut.
+if [ -d "$shared/corpus" ]; then
+  while IFS= read -r -d '' file; do
+    [ "$(stat -c %s "$file")" -lt "$max_len" ] || continue
+    seed="$work/corpus/seed-$(basename "$(dirname "$file")")-$(basename "$file")"
+    [ -e "$seed" ] || { printf '(' && cat "$file"; } >"$seed"
+  done < <(find "$shared/corpus" -name '*.cif' -type f -print0)
+else
+  echo "run.sh: no corpus at $shared/corpus; fuzzing from an empty corpus" >&2
+fi
+
+status=0
+"$build/fuzz/cif_read_fuzzer" -max_total_time="$seconds" -max_len="$max_len" -timeout=10 \
+  -artifact_prefix="$work/artifacts/" -print_final_stats=1 "$work/corpus" || status=$?
+if [ "$status" -ne 0 ]; then
+  echo "run.sh: the fuzzer failed (exit $status); inputs kept in $work/artifacts:" >&2
+  ls -1 "$work/artifacts" >&2
+fi
+exit "$status"

@@ -6,6 +6,7 @@
 #include "CifConcreteDictionary.h"
 #include "CifMessageTable.h"
 #include "CifNameCompare.h"
+#include "CifTestSupport.h"
 
 #include <algorithm>
 #include <cctype>
@@ -60,20 +61,7 @@ std::string name_after_file(const testing::TestParamInfo<std::string>& info)
 {
     if (info.param == missing_corpus)
         return "CorpusMissing";
-    static const std::map<std::string, std::string> names = [] {
-        std::map<std::string, std::string> out;
-        std::set<std::string> used;
-        for (const std::string& file : corpus_files()) {
-            std::string name;
-            for (unsigned char c : fs::path(file).replace_extension().generic_string())
-                name += std::isalnum(c) ? static_cast<char>(c) : '_';
-            std::string unique = name;
-            for (int n = 2; !used.insert(unique).second; ++n)
-                unique = name + "_" + std::to_string(n);
-            out[file] = unique;
-        }
-        return out;
-    }();
+    static const std::map<std::string, std::string> names = test_names_for(corpus_files());
     return names.at(info.param);
 }
 

@@ -22,6 +22,7 @@
 #include "CifConcreteDictionary.h"
 #include "CifDictionaryPool.h"
 #include "CifNameCompare.h"
+#include "CifTestSupport.h"
 #include "CifValueCheck.h"
 
 #include <algorithm>
@@ -188,20 +189,7 @@ std::string name_after_file(const testing::TestParamInfo<std::string>& info)
 {
     if (info.param.empty())
         return "CorpusMissing";
-    static const std::map<std::string, std::string> names = [] {
-        std::map<std::string, std::string> out;
-        std::set<std::string> used;
-        for (const std::string& file : corpus_files()) {
-            std::string name;
-            for (unsigned char c : fs::path(file).replace_extension().generic_string())
-                name += std::isalnum(c) ? static_cast<char>(c) : '_';
-            std::string unique = name;
-            for (int n = 2; !used.insert(unique).second; ++n)
-                unique = name + "_" + std::to_string(n);
-            out[file] = unique;
-        }
-        return out;
-    }();
+    static const std::map<std::string, std::string> names = test_names_for(corpus_files());
     return names.at(info.param);
 }
 

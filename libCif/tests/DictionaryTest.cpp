@@ -5,6 +5,7 @@
 #include "CifConcreteDictionary.h"
 #include "CifDataItem.h"
 #include "CifDictionaryPool.h"
+#include "CifTestSupport.h"
 #include "QcbsDictionaryLoader.h"
 
 #include <QDir>
@@ -36,17 +37,6 @@ std::string lines(std::initializer_list<const char*> text)
     std::string out;
     for (const char* line : text)
         out += std::string(line) + "\n";
-    return out;
-}
-
-std::string findings(const CifErrorList& list)
-{
-    std::string out;
-    for (const CifError& e : list) {
-        out += (out.empty() ? "" : " ") + std::to_string(e.code) + "@" + std::to_string(e.line);
-        if (!e.first.empty() || !e.second.empty())
-            out += "[" + e.first + (e.second.empty() ? "" : "|" + e.second) + "]";
-    }
     return out;
 }
 

@@ -5,6 +5,7 @@
 #include "CifConcreteDictionary.h"
 #include "CifDictionaryPool.h"
 #include "CifMandatoryItems.h"
+#include "CifTestSupport.h"
 
 #include <filesystem>
 #include <fstream>
@@ -69,17 +70,6 @@ HCifDictionaryPool make_pool()
     HCifDictionaryPool pool(new CifDictionaryPool);
     pool->add(dictionary);
     return pool;
-}
-
-std::string findings(const CifErrorList& list)
-{
-    std::string out;
-    for (const CifError& e : list) {
-        out += (out.empty() ? "" : " ") + std::to_string(e.code) + "@" + std::to_string(e.line);
-        if (!e.first.empty() || !e.second.empty())
-            out += "[" + e.first + (e.second.empty() ? "" : "|" + e.second) + "]";
-    }
-    return out;
 }
 
 // Reads `text`, forgets the findings of the read, then runs the check.

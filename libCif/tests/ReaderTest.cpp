@@ -1,5 +1,6 @@
 #include "Cif.h"
 #include "CifConcreteDictionary.h"
+#include "CifTestSupport.h"
 #include "CifTokeniser.h"
 
 #include <gtest/gtest.h>
@@ -15,17 +16,6 @@ std::string escaped(const std::string& text)
     std::string out;
     for (char c : text)
         out += c == '\n' ? std::string("\\n") : std::string(1, c);
-    return out;
-}
-
-std::string findings(const CifErrorList& list)
-{
-    std::string out;
-    for (const CifError& e : list) {
-        out += (out.empty() ? "" : " ") + std::to_string(e.code) + "@" + std::to_string(e.line);
-        if (!e.first.empty() || !e.second.empty())
-            out += "[" + e.first + (e.second.empty() ? "" : "|" + e.second) + "]";
-    }
     return out;
 }
 

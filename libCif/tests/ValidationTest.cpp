@@ -5,6 +5,7 @@
 #include "CifConcreteDictionary.h"
 #include "CifDataItem.h"
 #include "CifDictionaryPool.h"
+#include "CifTestSupport.h"
 #include "CifValueCheck.h"
 
 #include <gtest/gtest.h>
@@ -115,17 +116,6 @@ HCifDictionaryPool make_pool()
     HCifDictionaryPool pool(new CifDictionaryPool);
     pool->add(dictionary);
     return pool;
-}
-
-std::string findings(const CifErrorList& list)
-{
-    std::string out;
-    for (const CifError& e : list) {
-        out += (out.empty() ? "" : " ") + std::to_string(e.code) + "@" + std::to_string(e.line);
-        if (!e.first.empty() || !e.second.empty())
-            out += "[" + e.first + (e.second.empty() ? "" : "|" + e.second) + "]";
-    }
-    return out;
 }
 
 // Reads `text` with the test dictionary. Names that no dictionary defines raise 320, which is

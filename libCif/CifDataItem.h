@@ -23,6 +23,10 @@ public:
     bool has_value() const { return !values_.empty(); }
     std::string first_value() const;
     bool is_looped() const { return looped_; }
+    // The source line of the data name whose value the reader stored; -1 for an item that was
+    // not read.
+    std::int32_t line() const { return line_; }
+    void set_line(std::int32_t line) { line_ = line; }
     void set_looped() { looped_ = true; }
 
     int set_single_value(const std::string& text);
@@ -57,6 +61,7 @@ private:
     mutable CifValueRange range_; // parsed again when the entry changes
     HCifDictionary dictionary_;
     bool looped_ = false;
+    std::int32_t line_ = -1;
     const CifDictionaryEntry* entry() const;
 
     // The dictionary's entry for this name, asked once per revision of the dictionary rather

@@ -138,7 +138,6 @@ void CifParser::ensure_block(std::int32_t line)
 
 void CifParser::heading(const CifToken& token)
 {
-    seen_at_.clear();
     start_block(token.text, token.line);
     if (token.text == "data_")
         add(CifError(309, token.line));
@@ -220,9 +219,7 @@ HCifDataItem CifParser::name(const CifToken& token)
 
 void CifParser::duplicate(const HCifDataItem& item, const std::string& name, std::int32_t line)
 {
-    auto seen = seen_at_.find(item.get());
-    add(CifError(318, name, seen == seen_at_.end() ? std::string("unknown") : std::to_string(seen->second),
-                 line));
+    add(CifError(318, name, item->line() < 0 ? std::string("unknown") : std::to_string(item->line()), line));
 }
 
 HCifDataItem CifParser::set_item(const CifToken& name, const CifToken& value)
@@ -236,7 +233,7 @@ HCifDataItem CifParser::set_item(const CifToken& name, const CifToken& value)
         duplicate(item, name.text, name.line);
         return item;
     }
-    seen_at_[item.get()] = name.line;
+    item->set_line(name.line);
     const int result = item->set_single_value(value.text);
     if (result != 0)
         add(CifError(cif_check_result_code(result), name.text, name.line));
@@ -286,7 +283,7 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
         columns.push_back(kept ? item : HCifDataItem());
         if (kept) {
             names.push_back(token.text);
-            seen_at_[item.get()] = token.line;
+            item->set_line(token.line);
             if (!pending_.empty()) {
                 item->set_comment(0, pending_);
                 pending_.clear();

@@ -34,7 +34,6 @@ private:
     Cif::Blocks& blocks_;
     CifTokeniser& tokeniser_;
     std::string pending_;
-    std::unordered_map<const CifDataItem*, std::int32_t> seen_at_;
     HCifDataBlock block_;
     bool was_suppressed_ = false;
     std::unordered_map<std::string, int> block_names_;

@@ -208,8 +208,8 @@ CifToken CifTokeniser::next()
 void CifTokeniser::next(CifToken& token)
 {
     if (!queue_.empty()) {
-        token = std::move(queue_.front());
-        queue_.pop_front();
+        token = std::move(queue_.back());
+        queue_.pop_back();
         return;
     }
     for (;;) {

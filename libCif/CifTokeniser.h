@@ -5,9 +5,9 @@
 #include "CifToken.h"
 
 #include <cstdint>
-#include <deque>
 #include <istream>
 #include <memory>
+#include <vector>
 
 // Reads a stream line by line and gives CIF tokens one at a time. Lines are kept in a fixed
 // buffer: characters past the hard limit are dropped with a warning.
@@ -20,8 +20,8 @@ public:
 
     CifToken next();
     void next(CifToken& token);
-    void push_front(const CifToken& token) { queue_.push_front(token); }
-    void push_front(CifToken&& token) { queue_.push_front(std::move(token)); }
+    void push_front(const CifToken& token) { queue_.push_back(token); }
+    void push_front(CifToken&& token) { queue_.push_back(std::move(token)); }
     std::int32_t line_number() const { return line_number_; }
 
 private:
@@ -32,7 +32,9 @@ private:
 
     unsigned line_limit_;
     HCifErrorList errors_;
-    std::deque<CifToken> queue_;
+    // Tokens put back, the next one to give last: a vector keeps its room, where a deque would
+    // allocate and free as tokens come and go.
+    std::vector<CifToken> queue_;
     std::istream& stream_;
     std::streambuf* source_;
     std::int32_t line_number_ = 0;

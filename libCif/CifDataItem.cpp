@@ -47,10 +47,20 @@ void CifDataItem::add_value(const std::string& text)
     values_.push_back(text);
 }
 
-int CifDataItem::set_value(std::size_t row, const std::string& text)
+int CifDataItem::set_value(std::size_t row, std::string_view text)
 {
     guard("set_value", row);
-    const int result = check(text);
+    // The text is copied for the check only when a dictionary defines the name.
+    const CifDictionaryEntry* known = entry();
+    const bool unchecked =
+        check_ == CifValueCheckKind::None || (check_ == CifValueCheckKind::Standard && known == nullptr);
+    const int result = unchecked ? 0 : check(std::string(text));
+    store(row, text);
+    return result;
+}
+
+void CifDataItem::store(std::size_t row, std::string_view text)
+{
     if (row == values_.size()) {
         values_.push_back(text);
     } else {
@@ -58,7 +68,6 @@ int CifDataItem::set_value(std::size_t row, const std::string& text)
             values_.resize(row + 1);
         values_.set(row, text);
     }
-    return result;
 }
 
 void CifDataItem::copy_value(const CifDataItem& other)

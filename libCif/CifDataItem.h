@@ -31,7 +31,7 @@ public:
 
     int set_single_value(const std::string& text);
     void add_value(const std::string& text);
-    int set_value(std::size_t row, const std::string& text);
+    int set_value(std::size_t row, std::string_view text);
     void copy_value(const CifDataItem& other);
     std::string value(std::size_t row) const;
     std::string_view value_view(std::size_t row) const;
@@ -54,6 +54,7 @@ public:
 
 private:
     void guard(const char* action, std::size_t row) const;
+    void store(std::size_t row, std::string_view text);
 
     std::string name_;
     CifValueCheckKind check_;

@@ -334,6 +334,16 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
 
     for (std::size_t row = 0;; ++row) {
         for (const HCifDataItem& column : columns) {
+            std::string_view inline_value;
+            std::int32_t value_line = 0;
+            if (tokeniser_.next_inline_value(inline_value, value_line)) {
+                if (!column)
+                    continue;
+                const int result = column->set_value(row, inline_value);
+                if (result != 0)
+                    add(CifError(cif_check_result_code(result), column->name(), value_line));
+                continue;
+            }
             do
                 tokeniser_.next(token);
             while (token.kind & comment_or_blank);
@@ -349,6 +359,9 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
                 add(CifError(cif_check_result_code(result), column->name(), token.line));
         }
         pending_.clear();
+        // Another value on the same line: the next row begins, with nothing between.
+        if (tokeniser_.inline_value_follows())
+            continue;
         gather_comments(pending_, token);
         const bool more = token.kind == CifValueToken;
         tokeniser_.push_front(std::move(token));

@@ -272,6 +272,58 @@ void CifTokeniser::next(CifToken& token)
     }
 }
 
+bool CifTokeniser::inline_value_at(int& start, int& length, int& next_pos)
+{
+    if (!queue_.empty())
+        return false;
+    while (is_white(buffer_[pos_]))
+        ++pos_;
+    if (pos_ >= length_)
+        return false;
+    const char first = buffer_[pos_];
+    if (first == '#' || first == '_')
+        return false;
+    if (first == '"' || first == '\'') {
+        for (int i = pos_ + 1; i < length_; ++i) {
+            if (buffer_[i] == first && buffer_[i - 1] != '\\' &&
+                (i + 1 >= length_ || !is_graphic(buffer_[i + 1]))) {
+                start = pos_ + 1;
+                length = i - start;
+                next_pos = i + 1;
+                return true;
+            }
+        }
+        return false; // an unterminated quote: next() reports it
+    }
+    int end = pos_;
+    while (!word_classes.word_end[static_cast<unsigned char>(buffer_[end])])
+        ++end;
+    const std::string_view word(buffer_ + pos_, static_cast<std::size_t>(end - pos_));
+    if (cif_starts_with_nocase(word, "data_") || cif_starts_with_nocase(word, "loop_"))
+        return false;
+    start = pos_;
+    length = end - pos_;
+    next_pos = end;
+    return true;
+}
+
+bool CifTokeniser::next_inline_value(std::string_view& text, std::int32_t& line)
+{
+    int start = 0, length = 0, next_pos = 0;
+    if (!inline_value_at(start, length, next_pos))
+        return false;
+    text = std::string_view(buffer_ + start, static_cast<std::size_t>(length));
+    line = line_number_;
+    pos_ = next_pos;
+    return true;
+}
+
+bool CifTokeniser::inline_value_follows()
+{
+    int start = 0, length = 0, next_pos = 0;
+    return inline_value_at(start, length, next_pos);
+}
+
 void CifTokeniser::scan_word(CifToken& token)
 {
     const char first = buffer_[pos_];

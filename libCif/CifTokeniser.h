@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <istream>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 // Reads a stream line by line and gives CIF tokens one at a time. Lines are kept in a fixed
@@ -20,6 +21,13 @@ public:
 
     CifToken next();
     void next(CifToken& token);
+    // The next token, when it is a value that lies on the current line (a bare word or a closed
+    // quoted string), as a view into the line that lasts until the next call: the values of a
+    // loop are taken this way without a copy. False, with nothing consumed, for anything else,
+    // which next() then gives.
+    bool next_inline_value(std::string_view& text, std::int32_t& line);
+    // Whether next_inline_value would give a value, without taking it.
+    bool inline_value_follows();
     void push_front(const CifToken& token) { queue_.push_back(token); }
     void push_front(CifToken&& token) { queue_.push_back(std::move(token)); }
     std::int32_t line_number() const { return line_number_; }
@@ -27,6 +35,8 @@ public:
 private:
     bool read_line();
     void scan_word(CifToken& token);
+    // Where the inline value at `pos_` ends and what it holds; false if it is no such value.
+    bool inline_value_at(int& start, int& length, int& next_pos);
     int get();
     int peek();
 

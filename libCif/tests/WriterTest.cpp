@@ -602,9 +602,11 @@ TEST(Writer, DamagedFilesStillWriteBackWithoutLosingValues)
         std::set<std::uint32_t> codes;
         for (const CifError& finding : *first->errors())
             codes.insert(finding.code);
-        for (const CifError& finding : *second->errors())
-            if (finding.severity() == 2)
+        for (const CifError& finding : *second->errors()) {
+            if (finding.severity() == 2) {
                 EXPECT_EQ(codes.count(finding.code), 1u) << finding.text() << "\n" << text;
+            }
+        }
     }
 }
 

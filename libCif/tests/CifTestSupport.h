@@ -3,6 +3,7 @@
 
 // Helpers shared by the engine's tests.
 
+#include "CifDataBlock.h"
 #include "CifErrorList.h"
 
 #include <cctype>
@@ -10,6 +11,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 // Findings as "code@line[first|second]", space-separated, in order: one line that a table of
@@ -40,6 +42,21 @@ inline std::map<std::string, std::string> test_names_for(const std::vector<std::
         out[file] = unique;
     }
     return out;
+}
+
+// Makes a loop of the given columns, each with its values, in `block`.
+inline void add_loop_with_values(CifDataBlock& block,
+                                 const std::vector<std::pair<std::string, std::vector<std::string>>>& columns)
+{
+    std::vector<std::string> names;
+    for (const auto& column : columns) {
+        block.add_item(column.first);
+        names.push_back(column.first);
+    }
+    block.add_loop(HCifLoop(new CifLoop(names)));
+    for (const auto& column : columns)
+        for (const std::string& v : column.second)
+            block.item(column.first)->add_value(v);
 }
 
 #endif

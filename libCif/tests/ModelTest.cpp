@@ -4,6 +4,7 @@
 #include "CifDataItem.h"
 #include "CifErrorException.h"
 #include "CifLoop.h"
+#include "CifTestSupport.h"
 #include "THandle.h"
 
 #include <functional>
@@ -51,20 +52,6 @@ HCifDataBlock block_with(const std::vector<std::string>& names, std::int32_t lin
     for (const std::string& name : names)
         block->add_item(name)->set_single_value("v" + name);
     return block;
-}
-
-void add_looped(CifDataBlock& block,
-                const std::vector<std::pair<std::string, std::vector<std::string>>>& columns)
-{
-    std::vector<std::string> names;
-    for (const auto& column : columns) {
-        block.add_item(column.first);
-        names.push_back(column.first);
-    }
-    block.add_loop(HCifLoop(new CifLoop(names)));
-    for (const auto& column : columns)
-        for (const std::string& v : column.second)
-            block.item(column.first)->add_value(v);
 }
 
 template <class F> CifError thrown_by(F action)
@@ -375,8 +362,8 @@ TEST(CifDataBlock, AddLoopRefusesBadLoops)
 TEST(CifDataBlock, MakeLoopJoinsAndMergesLoops)
 {
     HCifDataBlock block = block_with({"_s", "_t", "_u"});
-    add_looped(*block, {{"_a", {"1", "2"}}, {"_b", {"3", "4"}}});
-    add_looped(*block, {{"_c", {"5", "6"}}});
+    add_loop_with_values(*block, {{"_a", {"1", "2"}}, {"_b", {"3", "4"}}});
+    add_loop_with_values(*block, {{"_c", {"5", "6"}}});
     const std::string order = item_order(*block);
 
     block->make_loop({"_s", "_nothing", "_t"});
@@ -403,7 +390,7 @@ TEST(CifDataBlock, MakeLoopJoinsAndMergesLoops)
 TEST(CifDataBlock, RemoveItemLeavesItsLoopAndEmptyLoopsGo)
 {
     HCifDataBlock block = block_with({"_s"});
-    add_looped(*block, {{"_a", {"1"}}, {"_b", {"2"}}});
+    add_loop_with_values(*block, {{"_a", {"1"}}, {"_b", {"2"}}});
     block->remove_item("_nothing");
     EXPECT_EQ(item_order(*block), "_s _a _b");
     block->remove_item("_A");
@@ -421,7 +408,7 @@ TEST(CifDataBlock, CopyItemFollowsTheSourceShape)
 {
     HCifDataBlock source = block_with({"_s"});
     source->item("_s")->set_comment(0, "# about s\n");
-    add_looped(*source, {{"_a", {"1", "2"}}, {"_b", {"3", "4"}}});
+    add_loop_with_values(*source, {{"_a", {"1", "2"}}, {"_b", {"3", "4"}}});
     source->add_item("_empty");
 
     HCifDataBlock target = block_with({});
@@ -445,7 +432,7 @@ TEST(CifDataBlock, CopyItemFollowsTheSourceShape)
 
     // A single source value replaces a looped item here by a single one, out of its loop.
     HCifDataBlock looped_here = block_with({});
-    add_looped(*looped_here, {{"_s", {"x", "y"}}, {"_k", {"1", "2"}}});
+    add_loop_with_values(*looped_here, {{"_s", {"x", "y"}}, {"_k", {"1", "2"}}});
     EXPECT_TRUE(looped_here->copy_item("_s", *source, false));
     EXPECT_FALSE(looped_here->is_looped("_s"));
     EXPECT_EQ(values_of(*looped_here->item("_s")), "v_s");
@@ -456,7 +443,7 @@ TEST(CifDataBlock, CopyItemFollowsTheSourceShape)
 TEST(CifDataBlock, CopyLoopAndCopyBlock)
 {
     HCifDataBlock source = block_with({"_s"});
-    add_looped(*source, {{"_a", {"1", "2"}}, {"_b", {"3", "4"}}});
+    add_loop_with_values(*source, {{"_a", {"1", "2"}}, {"_b", {"3", "4"}}});
     source->loops().front()->set_comment(1, "# the loop\n");
     source->add_item("_t")->set_single_value("t");
 
@@ -531,7 +518,7 @@ TEST(CifDataBlock, SetWriteOrderModes)
 TEST(CifDataBlock, SetWriteOrderReordersLoopColumns)
 {
     HCifDataBlock block = block_with({"_a"});
-    add_looped(*block, {{"_b", {"1"}}, {"_c", {"2"}}, {"_d", {"3"}}});
+    add_loop_with_values(*block, {{"_b", {"1"}}, {"_c", {"2"}}, {"_d", {"3"}}});
     block->add_item("_e")->set_single_value("e");
     block->set_write_order({"_d", "_b"}, CifDataBlock::AfterLast);
     EXPECT_EQ(item_order(*block), "_a _c _e _d _b");

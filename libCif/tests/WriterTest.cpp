@@ -1,5 +1,6 @@
 #include "Cif.h"
 #include "CifConcreteDictionary.h"
+#include "CifTestSupport.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -54,19 +55,6 @@ std::string findings(const Cif& cif)
         out += (out.empty() ? "" : " ") + std::to_string(e.code) + "@" + std::to_string(e.line) + "[" +
                e.first + "]";
     return out;
-}
-
-void add_loop(CifDataBlock& block, const Columns& columns)
-{
-    std::vector<std::string> names;
-    for (const auto& column : columns) {
-        block.add_item(column.first);
-        names.push_back(column.first);
-    }
-    block.add_loop(HCifLoop(new CifLoop(names)));
-    for (const auto& column : columns)
-        for (const std::string& v : column.second)
-            block.item(column.first)->add_value(v);
 }
 
 struct Single {
@@ -211,7 +199,7 @@ TEST(Writer, LoopLayout)
     for (const Case& c : cases) {
         SCOPED_TRACE(c.label);
         HCif cif = new_cif();
-        add_loop(*cif->add_block("data_x", cif->end()), c.columns);
+        add_loop_with_values(*cif->add_block("data_x", cif->end()), c.columns);
         EXPECT_EQ(written(*cif, c.limit), "data_x\n" + c.expected);
     }
 }
@@ -386,8 +374,8 @@ TEST(Writer, AwkwardValuesReadBackAsThemselves)
         EXPECT_EQ(written(*read), text);
 
         HCif looped = new_cif();
-        add_loop(*looped->add_block("data_x", looped->end()),
-                 {{"_k", {"1", "2"}}, {"_v", {c.value, c.value}}, {"_w", {"end", "end"}}});
+        add_loop_with_values(*looped->add_block("data_x", looped->end()),
+                             {{"_k", {"1", "2"}}, {"_v", {c.value, c.value}}, {"_w", {"end", "end"}}});
         const std::string loop_text = written(*looped);
         HCif loop_read = read_back(loop_text);
         EXPECT_EQ(findings(*loop_read), "") << loop_text;
@@ -403,7 +391,8 @@ TEST(Writer, AwkwardValuesReadBackAsThemselves)
     }
     // The empty value exists only in a loop: a single item without a value is not written.
     HCif looped = new_cif();
-    add_loop(*looped->add_block("data_x", looped->end()), {{"_v", {"", "x"}}, {"_w", {"end", ""}}});
+    add_loop_with_values(*looped->add_block("data_x", looped->end()),
+                         {{"_v", {"", "x"}}, {"_w", {"end", ""}}});
     HCif loop_read = read_back(written(*looped));
     EXPECT_EQ(findings(*loop_read), "");
     EXPECT_EQ(loop_read->block(0).item("_v")->value(0), "");

@@ -14,6 +14,8 @@ public:
     explicit QcbsDictionarySettings(const HCifDictionaryPool& all, QObject* parent = nullptr);
 
     HCifDictionaryPool settings() const { return enabled_; }
+    // Every loaded dictionary, enabled or not.
+    HCifDictionaryPool all() const { return all_; }
     bool isEnabled(const HCifConcreteDictionary& dictionary) const;
     // Writes each dictionary's state, when one has changed since the last save.
     void save();

@@ -18,7 +18,6 @@
 #include <QStringDecoder>
 #include <QTextBlock>
 #include <QTextLayout>
-#include <QTimer>
 
 namespace {
 
@@ -56,17 +55,13 @@ QcbsRichTextEdit::QcbsRichTextEdit(QWidget* parent, bool applyStyles) : QPlainTe
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, &QcbsRichTextEdit::cursorPositionHasChanged);
     connect(this, &QPlainTextEdit::selectionChanged, this, &QcbsRichTextEdit::selectionHasChanged);
     connect(this, &QPlainTextEdit::textChanged, this, &QcbsRichTextEdit::textHasChanged);
-    // After the highlighter's own connection, so that the repair sees the new formats.
-    connect(document(), &QTextDocument::contentsChange, this, &QcbsRichTextEdit::noteTypedCharacters);
 }
 
 QcbsRichTextEdit::~QcbsRichTextEdit() = default;
 
 void QcbsRichTextEdit::setText(const QString& text)
 {
-    settingText_ = true;
     setPlainText(text);
-    settingText_ = false;
     relayout();
     document()->setModified(false);
 }
@@ -451,54 +446,42 @@ void QcbsRichTextEdit::paste()
 
 // --- typed Angstrom and degree signs -------------------------------------------------------------
 
-void QcbsRichTextEdit::noteTypedCharacters(int position, int removed, int added)
+void QcbsRichTextEdit::keyPressEvent(QKeyEvent* event)
 {
-    Q_UNUSED(removed);
-    if (settingText_ || added <= 0)
+    const QString text = event->text();
+    if (text.size() != 1 || (text[0] != QChar(kAngstrom) && text[0] != QChar(kDegree))) {
+        QPlainTextEdit::keyPressEvent(event);
         return;
-    const bool first = pendingRepairs_.isEmpty();
-    for (int i = position; i < position + added; ++i) {
-        const QChar c = document()->characterAt(i);
-        if (c == QChar(kAngstrom) || c == QChar(kDegree))
-            pendingRepairs_.append(i);
     }
-    // The document is still inside its edit: change it once the edit is complete.
-    if (first && !pendingRepairs_.isEmpty())
-        QTimer::singleShot(0, this, &QcbsRichTextEdit::repairTypedCharacters);
+    // The key brings its ASCII letter instead, so that the typing is one undo step.
+    QKeyEvent repaired(event->type(), event->key(), event->modifiers(), repairTyped(text),
+                       event->isAutoRepeat(), event->count());
+    QPlainTextEdit::keyPressEvent(&repaired);
+    event->setAccepted(repaired.isAccepted());
 }
 
-void QcbsRichTextEdit::repairTypedCharacters()
+QString QcbsRichTextEdit::repairTyped(const QString& typed) const
 {
-    const QList<int> positions = std::exchange(pendingRepairs_, {});
-    QTextCursor cursor(document());
-    bool joined = false;
-    for (int position : positions) {
-        const QChar c = document()->characterAt(position);
-        const QTextBlock block = document()->findBlock(position);
-        const int id = QcbsSyntaxHighlighter_CIF::formatIdAt(block, position - block.position());
-        const bool inEscape = id == QcbsSyntaxHighlighter_CIF::SpecialCharNormal;
-        QChar replacement;
-        if (c == QChar(kAngstrom) && !inEscape)
-            replacement = u'A';
-        else if (c == QChar(kDegree)) {
-            const QChar next = document()->characterAt(position + 1);
-            const bool nextBlank = next.isSpace() || next == QChar::ParagraphSeparator || next.isNull();
-            if (!(nextBlank && inEscape))
-                replacement = u'%';
-        }
-        if (replacement.isNull())
-            continue;
-        // One undo step with the typing that brought the character.
-        if (!joined) {
-            cursor.joinPreviousEditBlock();
-            joined = true;
-        }
-        cursor.setPosition(position);
-        cursor.setPosition(position + 1, QTextCursor::KeepAnchor);
-        cursor.insertText(QString(replacement));
+    // A CIF writes an Angstrom sign as \%A and a degree sign as \%: typed alone they become the
+    // escapes' letters. Inside its own escape (\%Å, or \° at the end of a word) the sign stays,
+    // and copying turns it into the letter. In a comment no escape counts.
+    // The typed character replaces the selection, if any, and lands where it starts.
+    const QTextCursor cursor = textCursor();
+    const QTextBlock block = document()->findBlock(cursor.selectionStart());
+    const QString line = block.text();
+    const int at = cursor.selectionStart() - block.position();
+    const QChar prev = at >= 1 ? line[at - 1] : QChar();
+    const QChar prev2 = at >= 2 ? line[at - 2] : QChar();
+    const bool inComment =
+        at >= 1 && QcbsSyntaxHighlighter_CIF::formatIdAt(block, at - 1) == QcbsSyntaxHighlighter_CIF::Comment;
+    const int after = cursor.selectionEnd() - block.position();
+    const QChar next = after < line.size() ? line[after] : QChar(u' ');
+    if (typed[0] == QChar(kAngstrom)) {
+        const bool inEscape = !inComment && prev == u'%' && prev2 == u'\\';
+        return inEscape ? typed : QStringLiteral("A");
     }
-    if (joined)
-        cursor.endEditBlock();
+    const bool inEscape = !inComment && prev == u'\\' && prev2 != u'\\';
+    return inEscape && next.isSpace() ? typed : QStringLiteral("%");
 }
 
 // --- context menu and drops ----------------------------------------------------------------------

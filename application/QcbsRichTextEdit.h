@@ -110,6 +110,7 @@ signals:
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -122,8 +123,7 @@ private:
     void showMarks();
     void relayout();
     void setBaseFont(const QFont& font);
-    void noteTypedCharacters(int position, int removed, int added);
-    void repairTypedCharacters();
+    QString repairTyped(const QString& typed) const;
     void paintGreekLetters(const QRect& area);
 
     bool parsed_ = false;
@@ -134,11 +134,6 @@ private:
     QFont normalFont_;
     QcbsSyntaxHighlighter_CIF* highlighter_ = nullptr;
     QString dataItemName_;
-    // Typed characters that the highlighter may turn into their ASCII letters, checked once the
-    // edit is complete. Whole texts set by setText are never repaired: a loaded file keeps its
-    // bytes until the user edits them.
-    QList<int> pendingRepairs_;
-    bool settingText_ = false;
 };
 
 #endif

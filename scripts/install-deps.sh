@@ -10,7 +10,7 @@ pkgs=(cmake g++ ninja-build ccache libgtest-dev libgmock-dev libpcre2-dev qt6-ba
 case "$want" in
   build) ;;
   test) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi) ;;
-  bench) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time) ;;
+  bench) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time xvfb xauth) ;;
   tools) pkgs+=(python3 libccp4-data libcod-tools-perl) ;;
   all) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time python3 libccp4-data
               libcod-tools-perl) ;;

@@ -15,8 +15,9 @@ QcbsLineNumberedTextEdit::QcbsLineNumberedTextEdit(QWidget* parent)
     layout_->addWidget(editor_);
     setFocusProxy(editor_);
 
-    // Any scroll or repaint of the editor's lines repaints the numbers with them.
-    connect(editor_, &QPlainTextEdit::updateRequest, view_, [this] { view_->update(); });
+    // Any scroll or repaint of the editor's lines repaints the numbers with them. A direct
+    // connection to the view, which the editor may still signal while this widget is destroyed.
+    connect(editor_, &QPlainTextEdit::updateRequest, view_, qOverload<>(&QWidget::update));
     connect(editor_, &QcbsRichTextEdit::numberOfLinesChanged, view_, &QcbsLineNumberView::setNumberOfLines);
     connect(editor_, &QcbsRichTextEdit::normalFontChanged, view_, &QcbsLineNumberView::setFont);
 }

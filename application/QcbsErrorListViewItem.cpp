@@ -1,0 +1,6 @@
+#include "QcbsErrorListViewItem.h"
+
+QcbsErrorListViewItem::QcbsErrorListViewItem(QTreeWidgetItem* parent, const QStringList& texts, int code)
+    : QTreeWidgetItem(parent, texts, Type), code_(code)
+{
+}

@@ -1,6 +1,7 @@
 // Writes screenshots of the CIF editor (line numbers, an error mark, Greek escapes, super- and
-// subscripts), of the five tabs of the preferences dialog and of the styles dialog. The settings
-// live in a temporary directory for the run, so the user's own are never touched.
+// subscripts), of the five tabs of the preferences dialog, of the styles dialog and of the
+// special characters window. The settings live in a temporary directory for the run, so the
+// user's own are never touched.
 
 #include "QcbsDictionaryLoader.h"
 #include "QcbsDictionarySettings.h"
@@ -8,6 +9,7 @@
 #include "QcbsPreferences.h"
 #include "QcbsPrefsDialog.h"
 #include "QcbsRichTextEdit.h"
+#include "QcbsSpecialCharDialog.h"
 #include "QcbsStylesDialog.h"
 #include "QcbsSyntaxHighlighter_CIF.h"
 
@@ -93,5 +95,10 @@ int main(int argc, char** argv)
     QcbsStylesDialog styles;
     styles.show();
     ok &= save(&styles, out + QStringLiteral("/styles.png"));
+
+    QcbsSpecialCharDialog special;
+    special.resize(640, 600);
+    special.show();
+    ok &= save(&special, out + QStringLiteral("/special-characters.png"));
     return ok ? 0 : 1;
 }

@@ -7,6 +7,8 @@
 
 #include <QCursor>
 #include <QFileInfo>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
 #include <QSurfaceFormat>
 #include <QTimer>
 #include <cstdio>
@@ -79,6 +81,16 @@ void takeGlOptions(int& argc, char** argv)
     argv[argc] = nullptr;
 }
 
+// The 3D view draws with OpenGL: a system that cannot make a context is told so at once rather
+// than on the first click on the visualiser.
+bool hasOpenGL()
+{
+    QOffscreenSurface surface;
+    surface.create();
+    QOpenGLContext context;
+    return context.create() && context.makeCurrent(&surface);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -87,6 +99,10 @@ int main(int argc, char** argv)
     takeGlOptions(argc, argv);
 
     QcbsApplication app(argc, argv);
+    if (!hasOpenGL()) {
+        qWarning("Cifward: This system has no OpenGL support. Exiting.");
+        return -1;
+    }
     if (QcbsApplication::buildPeriodExpired()) {
         QApplication::closeAllWindows();
         QApplication::quit();

@@ -100,6 +100,12 @@ bool isBlockLine(const QString& line)
     return line.startsWith(QLatin1String("data_"), Qt::CaseInsensitive);
 }
 
+// Block names ignore case, and a comment may follow the name on its header line.
+bool namesBlock(const QString& line, const QString& name)
+{
+    return line.simplified().section(QLatin1Char(' '), 0, 0).compare(name, Qt::CaseInsensitive) == 0;
+}
+
 bool isNameLine(const QString& line)
 {
     return line.trimmed().startsWith(QLatin1Char('_'));
@@ -1317,14 +1323,14 @@ void QcbsMainWindow::dataItemUpdate(const QString& blockName, const QString& ite
     QTextDocument* doc = editor_->document();
     QTextBlock block = doc->begin();
     if (!blockName.isEmpty()) {
-        while (block.isValid() && block.text().trimmed() != blockName)
+        while (block.isValid() && !namesBlock(block.text(), blockName))
             block = block.next();
         if (!block.isValid())
             return;
     }
     for (; block.isValid(); block = block.next()) {
         const QString line = block.text().simplified();
-        if (block.blockNumber() > 0 && isBlockLine(line) && line != blockName && !blockName.isEmpty())
+        if (!blockName.isEmpty() && isBlockLine(line) && !namesBlock(line, blockName))
             return;
         const QString name = line.section(QLatin1Char(' '), 0, 0);
         if (name.compare(item, Qt::CaseInsensitive) != 0)

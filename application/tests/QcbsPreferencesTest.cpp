@@ -168,7 +168,9 @@ void QcbsPreferencesTest::damagedStoreGivesDefaults_data()
 {
     QTest::addColumn<QByteArray>("content"); // null: a directory stands where the file should be
     QTest::newRow("unreadable") << QByteArray();
-    QTest::newRow("binary") << QByteArray("\x00\xff\xfe[\x01=\n\x00" "Cifward", 17);
+    static const char binary[] = "\x00\xff\xfe[\x01=\n\x00"
+                                 "Cifward";
+    QTest::newRow("binary") << QByteArray(binary, sizeof binary - 1);
     QTest::newRow("broken variants") << QByteArray("[Cifward]\nwindow%20height=@Variant(\\0\\0\\0\\x7f)\n"
                                                    "text%20on%20buttons=@ByteArray(\\xff)\n"
                                                    "line%20length%20limit=@Rect(1 2)\n");

@@ -7,6 +7,7 @@
 // Arguments: the benchmark's own, then BENCH_EDITOR_FILES in the environment: the CIFs to load,
 // separated by ':' (default the corpus's 4hir.cif).
 
+#include "IsolatedSettings.h"
 #include "QcbsAppState.h"
 #include "QcbsDictionaryLoader.h"
 #include "QcbsLineNumberedTextEdit.h"
@@ -18,8 +19,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPlainTextEdit>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTextBlock>
 #include <benchmark/benchmark.h>
 
@@ -144,10 +143,7 @@ int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     // The editor reads its styles from the settings: a temporary store keeps the user's apart.
-    QTemporaryDir settings;
-    for (QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
-        for (QSettings::Scope scope : {QSettings::UserScope, QSettings::SystemScope})
-            QSettings::setPath(format, scope, settings.path());
+    const IsolatedSettings settings;
 
     QString files = qEnvironmentVariable("BENCH_EDITOR_FILES");
     if (files.isEmpty())

@@ -3,6 +3,7 @@
 // special characters window. The settings live in a temporary directory for the run, so the
 // user's own are never touched.
 
+#include "IsolatedSettings.h"
 #include "QcbsDictionaryLoader.h"
 #include "QcbsDictionarySettings.h"
 #include "QcbsLineNumberedTextEdit.h"
@@ -16,9 +17,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QSettings>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QTextBlock>
 #include <cstdio>
 
@@ -45,10 +44,7 @@ int main(int argc, char** argv)
         return 2;
     }
     const QString out = QString::fromLocal8Bit(argv[1]);
-    QTemporaryDir settingsDir;
-    for (QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
-        for (QSettings::Scope scope : {QSettings::UserScope, QSettings::SystemScope})
-            QSettings::setPath(format, scope, settingsDir.path());
+    const IsolatedSettings settings;
     if (!QDir().mkpath(out)) {
         std::fprintf(stderr, "cifward-editor-shots: cannot create %s\n", qPrintable(out));
         return 2;

@@ -4,6 +4,7 @@
 //
 //   xvfb-run -a cifward-window-shots OUTDIR DAMAGED.cif OTHER.cif
 
+#include "IsolatedSettings.h"
 #include "QcbsAppState.h"
 #include "QcbsErrorListView.h"
 #include "QcbsMainWindow.h"
@@ -14,8 +15,6 @@
 #include <QFileInfo>
 #include <QPrinter>
 #include <QScreen>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTreeWidgetItem>
 #include <cstdio>
 
@@ -55,10 +54,7 @@ int main(int argc, char** argv)
     const QString out = QString::fromLocal8Bit(argv[1]);
     const QString damaged = QString::fromLocal8Bit(argv[2]);
     const QString other = QString::fromLocal8Bit(argv[3]);
-    QTemporaryDir settingsDir;
-    for (QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
-        for (QSettings::Scope scope : {QSettings::UserScope, QSettings::SystemScope})
-            QSettings::setPath(format, scope, settingsDir.path());
+    const IsolatedSettings settings;
     if (!QDir().mkpath(out))
         return 2;
 

@@ -2,11 +2,11 @@
 
 #include "Cif.h"
 #include "CifMessageTable.h"
+#include "QcbsCifText.h"
 #include "QcbsErrorListView.h"
 #include "QcbsOutputPane.h"
 #include "QcbsRichTextEdit.h"
 
-#include <QStringDecoder>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -20,10 +20,7 @@ constexpr int reportNote = 300;
 // is not UTF-8 can only have come from an older Latin-1 file.
 QString fromEngine(const std::string& text)
 {
-    const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
-    QStringDecoder utf8(QStringDecoder::Utf8);
-    const QString decoded = utf8.decode(bytes);
-    return utf8.hasError() ? QString::fromLatin1(bytes) : decoded;
+    return decodeCifText(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 // The block whose heading is the last one at or above `line`, as the reader numbers lines.

@@ -4,6 +4,7 @@
 #include "Logger.h"
 #include "ProgramInfo.h"
 #include "QcbsApplication.h"
+#include "QcbsCifText.h"
 #include "QcbsCoreCifFileValidator.h"
 #include "QcbsDictionaryLoader.h"
 #include "QcbsDictionarySettings.h"
@@ -40,7 +41,6 @@
 #include <QSaveFile>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QStringDecoder>
 #include <QStringEncoder>
 #include <QStyle>
 #include <QTabWidget>
@@ -626,17 +626,6 @@ bool QcbsMainWindow::openInNewWindow(const QString& path, bool showMessages)
     return false;
 }
 
-bool QcbsMainWindow::decodeText(const QByteArray& bytes, QString& text, bool& latin1)
-{
-    QStringDecoder utf8(QStringDecoder::Utf8);
-    text = utf8.decode(bytes);
-    latin1 = utf8.hasError();
-    // Older CIFs carry Latin-1 bytes; decoding those as UTF-8 would change them on the next save.
-    if (latin1)
-        text = QString::fromLatin1(bytes);
-    return true;
-}
-
 bool QcbsMainWindow::loadFile(const QString& path, bool report, bool showMessages)
 {
     if (documentOpen_ && QFileInfo(path) == QFileInfo(fileName_)) {
@@ -665,20 +654,9 @@ bool QcbsMainWindow::loadFile(const QString& path, bool report, bool showMessage
     QApplication::setOverrideCursor(Qt::WaitCursor);
     editor_->setUpdatesEnabled(false);
     statusBarMessage(QStringLiteral("Reading...  "));
-    QString raw;
-    decodeText(file.readAll(), raw, latin1_);
+    int lines = 0;
+    const QString text = editorLines(decodeCifText(file.readAll(), &latin1_), lines);
     file.close();
-    QStringList lines = raw.split(QLatin1Char('\n'));
-    if (lines.last().isEmpty())
-        lines.removeLast();
-    QString text;
-    text.reserve(raw.size() + 1);
-    for (QString& line : lines) {
-        if (line.endsWith(QLatin1Char('\r')))
-            line.chop(1);
-        text += line;
-        text += QLatin1Char('\n');
-    }
     editor_->setText(text);
     editor_->moveCursor(QTextCursor::Start);
     editor_->setUpdatesEnabled(true);
@@ -687,8 +665,8 @@ bool QcbsMainWindow::loadFile(const QString& path, bool report, bool showMessage
     enableTools(tabs_->currentWidget());
     initialiseEditorSettings();
     setCaption(path);
-    writeToOutputPane(QStringLiteral("Read ") + QString::number(lines.size()) +
-                      (lines.size() == 1 ? QStringLiteral(" line.") : QStringLiteral(" lines.")));
+    writeToOutputPane(QStringLiteral("Read ") + QString::number(lines) +
+                      (lines == 1 ? QStringLiteral(" line.") : QStringLiteral(" lines.")));
     progress_->reset();
 
     fileName_ = path;

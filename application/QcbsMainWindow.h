@@ -212,7 +212,6 @@ private:
     int loopStartLine(int paragraph) const;
     int loopEndLine(int start) const;
     int currentParagraph() const;
-    static bool decodeText(const QByteArray& bytes, QString& text, bool& latin1);
 
     HQcbsAppState state_;
     QString fileName_;

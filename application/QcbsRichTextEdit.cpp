@@ -1,5 +1,6 @@
 #include "QcbsRichTextEdit.h"
 
+#include "QcbsCifText.h"
 #include "QcbsStyleStore.h"
 #include "QcbsSyntaxHighlighter_CIF.h"
 #include "SpecialCharacters.h"
@@ -15,7 +16,6 @@
 #include <QPainter>
 #include <QRegularExpression>
 #include <QScrollBar>
-#include <QStringDecoder>
 #include <QTextBlock>
 #include <QTextLayout>
 
@@ -29,15 +29,6 @@ QString& templatePath()
 
 constexpr char16_t kAngstrom = 0xC5;
 constexpr char16_t kDegree = 0xB0;
-
-// File text in the encoding it was written in: UTF-8 when it decodes as UTF-8, otherwise
-// Latin-1, the encoding of older CIFs.
-QString decodeFileText(const QByteArray& bytes)
-{
-    QStringDecoder utf8(QStringDecoder::Utf8);
-    QString text = utf8.decode(bytes);
-    return utf8.hasError() ? QString::fromLatin1(bytes) : text;
-}
 
 } // namespace
 
@@ -292,17 +283,11 @@ void QcbsRichTextEdit::insertFile(const QString& path)
         return;
     }
     // Line by line, each with a line feed, so that the inserted text ends a line whatever the
-    // file's last byte, and CR LF files do not bring their carriage returns.
-    QStringList lines = decodeFileText(file.readAll()).split(u'\n');
-    if (lines.constLast().isEmpty())
-        lines.removeLast();
-    QString text;
-    for (const QString& line : std::as_const(lines)) {
-        text += line.endsWith(u'\r') ? line.chopped(1) : line;
-        text += u'\n';
-    }
+    // file's last byte.
+    int lines = 0;
+    const QString text = editorLines(decodeCifText(file.readAll()), lines);
     textCursor().insertText(escapeSpecialCharacters(text));
-    emit statusBarMessageRequest(QStringLiteral("Inserted ") + QString::number(lines.size()) +
+    emit statusBarMessageRequest(QStringLiteral("Inserted ") + QString::number(lines) +
                                  QStringLiteral(" lines."));
 }
 

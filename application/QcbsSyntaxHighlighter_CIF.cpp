@@ -251,18 +251,21 @@ void QcbsSyntaxHighlighter_CIF::setDictionary(const HCifDictionaryPool& dictiona
     rehighlight();
 }
 
-bool QcbsSyntaxHighlighter_CIF::isCoreName(const QString& word) const
+bool QcbsSyntaxHighlighter_CIF::isCoreName(QStringView word)
 {
     // The sampler of the styles dialog shows a core name without any dictionary loaded.
     if (word.contains(QLatin1String("_core_item")))
         return true;
     if (!dictionary_)
         return false;
-    QString name = word;
     // A name at the end of a sentence in a text is still the name.
-    if (name.endsWith(u'.') || name.endsWith(u','))
-        name.chop(1);
-    return dictionary_->exists(name.toLatin1().toStdString());
+    if (word.endsWith(u'.') || word.endsWith(u','))
+        word.chop(1);
+    // One buffer for every lookup: this runs for each data name of every line coloured.
+    nameBuffer_.assign(static_cast<std::size_t>(word.size()), '\0');
+    for (qsizetype i = 0; i < word.size(); ++i)
+        nameBuffer_[static_cast<std::size_t>(i)] = word[i].toLatin1();
+    return dictionary_->exists(nameBuffer_);
 }
 
 void QcbsSyntaxHighlighter_CIF::highlightBlock(const QString& text)
@@ -276,7 +279,10 @@ void QcbsSyntaxHighlighter_CIF::highlightBlock(const QString& text)
     // word at the end of the line is closed like any other.
     const int n = text.size();
     const auto at = [&](int i) { return i >= 0 && i < n ? text[i] : (i == n ? QChar(u' ') : QChar()); };
-    std::vector<unsigned char> ids(n + 1, Standard);
+    // The format id of each character, kept between lines so that colouring a line allocates
+    // nothing.
+    std::vector<unsigned char>& ids = ids_;
+    ids.assign(static_cast<std::size_t>(n) + 1, Standard);
     bool lineStart = true;
     bool hashPending = false;
     int wordStart = 0;
@@ -303,7 +309,7 @@ void QcbsSyntaxHighlighter_CIF::highlightBlock(const QString& text)
             state = Normal;
 
         if (old == InDataName && state != InDataName && wordLength > 0 && cls != Word) {
-            if (isCoreName(text.mid(wordStart, wordLength)))
+            if (isCoreName(QStringView(text).mid(wordStart, wordLength)))
                 std::fill_n(ids.begin() + wordStart, wordLength, CoreDataItem);
             wordLength = 0;
         }

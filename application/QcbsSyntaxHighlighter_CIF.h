@@ -7,6 +7,8 @@
 #include <QSyntaxHighlighter>
 #include <QTextCharFormat>
 #include <array>
+#include <string>
+#include <vector>
 
 class QTextBlock;
 
@@ -71,11 +73,13 @@ protected:
 private:
     void setFormatId(int id, const QFont& font, const QColor& color);
     void applyFormats(const QString& text, const std::vector<unsigned char>& ids);
-    bool isCoreName(const QString& word) const;
+    bool isCoreName(QStringView word);
 
     std::array<QTextCharFormat, FormatCount> formats_;
     bool removeMarkers_ = false;
     HCifDictionaryPool dictionary_;
+    std::vector<unsigned char> ids_;
+    std::string nameBuffer_;
 };
 
 #endif

@@ -49,14 +49,20 @@ void paint(QWidget* widget)
     QCoreApplication::processEvents();
 }
 
+// The editor as the program shows it: on screen, with line numbers and the core dictionary.
+void prepare(QcbsLineNumberedTextEdit& edit)
+{
+    edit.resize(900, 700);
+    edit.editor()->highlighter()->setDictionary(dictionary());
+    edit.show();
+    QCoreApplication::processEvents();
+}
+
 void cifEditorLoad(benchmark::State& state, const QString& text)
 {
     for (auto _ : state) {
         QcbsLineNumberedTextEdit edit;
-        edit.resize(900, 700);
-        edit.editor()->highlighter()->setDictionary(dictionary());
-        edit.show();
-        QCoreApplication::processEvents();
+        prepare(edit);
         edit.editor()->setText(text);
         paint(&edit);
         state.PauseTiming();
@@ -84,10 +90,7 @@ void plainEditorLoad(benchmark::State& state, const QString& text)
 void cifEditorKeystroke(benchmark::State& state, const QString& text)
 {
     QcbsLineNumberedTextEdit edit;
-    edit.resize(900, 700);
-    edit.editor()->highlighter()->setDictionary(dictionary());
-    edit.show();
-    QCoreApplication::processEvents();
+    prepare(edit);
     edit.editor()->setText(text);
     const int middle = edit.editor()->document()->blockCount() / 2;
     edit.editor()->gotoLine(middle, QString());
@@ -102,10 +105,7 @@ void cifEditorKeystroke(benchmark::State& state, const QString& text)
 void cifEditorJumpToEnd(benchmark::State& state, const QString& text)
 {
     QcbsLineNumberedTextEdit edit;
-    edit.resize(900, 700);
-    edit.editor()->highlighter()->setDictionary(dictionary());
-    edit.show();
-    QCoreApplication::processEvents();
+    prepare(edit);
     edit.editor()->setText(text);
     paint(&edit);
     const int last = edit.editor()->document()->blockCount();

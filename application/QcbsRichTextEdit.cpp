@@ -52,8 +52,9 @@ QcbsRichTextEdit::~QcbsRichTextEdit() = default;
 
 void QcbsRichTextEdit::setText(const QString& text)
 {
+    // The highlighter colours the lines before the document lays them out, so the text shows in
+    // its colours with no second layout.
     setPlainText(text);
-    relayout();
     document()->setModified(false);
 }
 
@@ -319,9 +320,9 @@ void QcbsRichTextEdit::changeSize(int points)
     QFont font = normalFont_;
     font.setPointSize(normalFont_.pointSize() + points);
     setBaseFont(font);
+    // The highlighter colours every line again in the new size, which lays them out anew.
     highlighter_->setFont(points);
     setTextCursor(cursor);
-    relayout();
     verticalScrollBar()->setValue(scroll);
     emit normalFontChanged(normalFont_);
     emit textSizeChanged(normalFont_.pointSize());
@@ -330,13 +331,6 @@ void QcbsRichTextEdit::changeSize(int points)
 void QcbsRichTextEdit::setRemoveMarkers(bool remove)
 {
     highlighter_->setRemoveMarkers(remove);
-}
-
-void QcbsRichTextEdit::relayout()
-{
-    // The layout of every line is made again with the formats of now.
-    document()->markContentsDirty(0, document()->characterCount());
-    viewport()->update();
 }
 
 void QcbsRichTextEdit::refreshText()

@@ -121,7 +121,6 @@ private:
     void setMark(MarkKind kind, int paragraph);
     void clearMarks();
     void showMarks();
-    void relayout();
     void setBaseFont(const QFont& font);
     QString repairTyped(const QString& typed) const;
     void paintGreekLetters(const QRect& area);

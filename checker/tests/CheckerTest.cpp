@@ -11,7 +11,6 @@
 #include <sstream>
 #include <string>
 #include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -28,10 +27,9 @@ struct CheckRun {
 // that the cases below don't depend on which dictionaries are installed.
 CheckRun check(std::vector<std::string> args, const std::string& input = "")
 {
-    const bool chooses_dictionaries = std::any_of(args.begin(), args.end(), [](const std::string& a) {
-        return a == "--dict-dir" || a == "--list-dicts" || a == "--no-dict" || a.rfind("--dict-dir=", 0) == 0;
-    });
-    if (!chooses_dictionaries)
+    if (std::none_of(args.begin(), args.end(), [](const std::string& a) {
+            return a.rfind("--dict-dir", 0) == 0 || a == "--list-dicts" || a == "--no-dict";
+        }))
         args.insert(args.begin(), "--no-dict");
     args.insert(args.begin(), "cifward-check");
     std::vector<const char*> argv;
@@ -44,30 +42,47 @@ CheckRun check(std::vector<std::string> args, const std::string& input = "")
     return {status, out.str(), err.str()};
 }
 
-class TempDir {
-public:
-    TempDir()
-    {
-        std::string pattern = (fs::temp_directory_path() / "cifward-check-test-XXXXXX").string();
-        path_ = mkdtemp(pattern.data());
+// Arguments; the exact status, standard output and standard error; standard input.
+struct Case {
+    std::vector<std::string> args;
+    int status;
+    std::string out, err = "", input = "";
+};
+
+// Each line prefixed with the file's name, as the report writes it.
+std::string report(const std::string& file, std::initializer_list<const char*> lines)
+{
+    std::string text;
+    for (const char* line : lines)
+        text += file + ": " + line + "\n";
+    return text;
+}
+
+void expect_runs(const std::vector<Case>& cases)
+{
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.args));
+        const CheckRun run = check(c.args, c.input);
+        EXPECT_EQ(run.status, c.status);
+        EXPECT_EQ(run.out, c.out);
+        EXPECT_EQ(run.err, c.err);
     }
+}
+
+// A fresh directory, removed with all it holds.
+struct TempDir {
+    const fs::path dir = mkdtemp((fs::temp_directory_path() / "cifward-check-test-XXXXXX").string().data());
     ~TempDir()
     {
         std::error_code ec;
-        fs::permissions(path_, fs::perms::owner_all, ec);
-        fs::remove_all(path_, ec);
+        fs::remove_all(dir, ec);
     }
+    std::string path(const std::string& name) const { return (dir / name).string(); }
     std::string file(const std::string& name, const std::string& content) const
     {
-        const std::string path = (path_ / name).string();
-        std::ofstream(path, std::ios::binary) << content;
-        return path;
+        std::ofstream(path(name), std::ios::binary) << content;
+        return path(name);
     }
-    std::string path(const std::string& name) const { return (path_ / name).string(); }
-    const fs::path& dir() const { return path_; }
-
-private:
-    fs::path path_;
 };
 
 std::string slurp(const std::string& path)
@@ -78,42 +93,28 @@ std::string slurp(const std::string& path)
     return s.str();
 }
 
-int count_lines(const std::string& text)
-{
-    return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
-}
-
 CheckRun shell(const std::string& command)
 {
-    // Tests run in parallel processes: each capture needs a file of its own.
-    std::string err_file = (fs::temp_directory_path() / "cifward-check-stderr-XXXXXX").string();
-    const int fd = mkstemp(err_file.data());
-    if (fd >= 0)
-        close(fd);
-    FILE* pipe = popen((command + " 2>" + err_file).c_str(), "r");
+    const TempDir capture; // tests run in parallel processes: each needs a file of its own
+    FILE* pipe = popen((command + " 2>" + capture.path("err")).c_str(), "r");
     std::string out;
     char buffer[4096];
-    std::size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0)
+    for (std::size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
         out.append(buffer, n);
     const int raw = pclose(pipe);
-    CheckRun run{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, out, slurp(err_file)};
-    std::remove(err_file.c_str());
-    return run;
+    return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, out, slurp(capture.path("err"))};
 }
 
+const std::string clean = ": 0 errors, 0 warnings, 0 remarks\n";
 const char* const good_cif = "data_good\n_cell_length_a 5.1\nloop_\n_x\n_y\n1 2\n3 4\n";
-const char* const bad_cif = "data_bad\n_cell_length_a\n_cell_length_b 5.1\nloop_\n_x\n_y\n1 2 3\n";
+const std::string program = CIFWARD_CHECKER_PATH;
+const std::string shared_dict_dir = (fs::path(CIFWARD_SHARED_DIR) / "dict").string();
 
 } // namespace
 
 TEST(CheckerOptionsTest, UsageErrorsExitWithTwoAndOneLineOnStandardError)
 {
-    struct Case {
-        std::vector<std::string> args;
-        std::string message;
-    };
-    const std::vector<Case> cases = {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{}, "no input file"},
         {{"--frobnicate", "a.cif"}, "unknown option '--frobnicate'"},
         {{"--line-limit", "abc", "a.cif"}, "invalid line limit 'abc'"},
@@ -127,146 +128,92 @@ TEST(CheckerOptionsTest, UsageErrorsExitWithTwoAndOneLineOnStandardError)
         {{"--dict-dir", "", "a.cif"}, "option '--dict-dir' needs a directory"},
         {{"--no-dict", "--dict-dir", "d", "a.cif"},
          "--no-dict cannot be combined with --dict-dir or --list-dicts"},
-        {{"--mandatory"}, "option '--mandatory' needs a value"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.args));
-        const CheckRun run = check(c.args);
+        {{"--mandatory"}, "option '--mandatory' needs a value"}};
+    for (const auto& [args, message] : cases) {
+        SCOPED_TRACE(testing::PrintToString(args));
+        const CheckRun run = check(args);
         EXPECT_EQ(run.status, 2);
         EXPECT_EQ(run.out, "");
-        EXPECT_EQ(run.err.rfind("cifward-check: " + c.message, 0), 0u) << run.err;
+        EXPECT_EQ(run.err.rfind("cifward-check: " + message, 0), 0u) << run.err;
         EXPECT_NE(run.err.find("Try 'cifward-check --help'"), std::string::npos);
     }
-}
-
-TEST(CheckerOptionsTest, HelpAndVersionNeedNoFile)
-{
     const CheckRun help = check({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.out.find("Usage: cifward-check [options] FILE..."), std::string::npos);
     EXPECT_NE(help.out.find("--line-limit N"), std::string::npos);
-    const CheckRun version = check({"--version"});
-    EXPECT_EQ(version.status, 0);
-    EXPECT_EQ(version.out, "cifward-check (Cifward) 1.1\n");
 }
 
 TEST(CheckerTest, ReportsFindingsSummaryAndExitStatus)
 {
     TempDir dir;
-    const std::string good = dir.file("good.cif", good_cif);
-    const std::string bad = dir.file("bad.cif", bad_cif);
-    const std::string long_line = dir.file("long.cif", "data_l\n_a " + std::string(90, 'x') + "\n");
-
-    struct Case {
-        std::vector<std::string> args;
-        int status;
-        std::string out;
-    };
-    const std::vector<Case> cases = {
-        {{good}, 0, good + ": 0 errors, 0 warnings, 0 remarks\n"},
+    const std::string good = dir.file("good.cif", good_cif),
+                      bad = dir.file("bad.cif",
+                                     "data_bad\n_cell_length_a\n_cell_length_b 5.1\nloop_\n_x\n_y\n1 2 3\n"),
+                      long_line = dir.file("long.cif", "data_l\n_a " + std::string(90, 'x') + "\n"),
+                      binary = dir.file("picture.png", std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16)),
+                      missing = dir.path("missing.cif"), one_error = dir.file("b.cif", "data_b\n_a\n"),
+                      c = dir.file("c.cif", "data_c\n_cell_length_a ?\n_cell_angle_beta 90\n"),
+                      list = dir.file("mandatory.txt",
+                                      "# items a submission needs\ndata_crystal\n_cell_length_a\n"
+                                      "_cell_volume\ndata_publication\n_publ_section_title\n");
+    const std::string cannot_read = "cifward-check: cannot read '";
+    const std::string json =
+        "{\n  \"program\": \"Cifward\", \"version\": \"1.1\",\n  \"dictionaries\": [],\n"
+        "  \"files\": [\n    {\"file\": \"" +
+        one_error +
+        "\", \"blocks\": [\"data_b\"], "
+        "\"findings\": [\n      {\"code\": 308, \"severity\": 2, \"severity_text\": \"Error\", "
+        "\"line\": 2, \"first\": \"_a\", \"second\": \"\", \"message\": \"Data name _a not "
+        "followed by data value\", \"text\": \"Error: Line 2 : Data name _a not followed by "
+        "data value\"}\n    ], \"errors\": 1, \"warnings\": 0, \"remarks\": 0},\n    {\"file\": "
+        "\"<stdin>\", \"blocks\": [\"data_one\", \"data_two\"], \"findings\": [], \"errors\": "
+        "0, \"warnings\": 0, \"remarks\": 0}\n  ]\n}\n";
+    expect_runs({
+        {{good}, 0, good + clean},
         {{bad},
          1,
-         bad + ": Error: Line 2 : Data name _cell_length_a immediately followed by another data name\n" +
-             bad + ": Error: Line 4 : Too many or too few data values in the loop\n" + bad +
-             ": 2 errors, 0 warnings, 0 remarks\n"},
-        {{"--quiet", bad, good},
-         1,
-         bad + ": 2 errors, 0 warnings, 0 remarks\n" + good + ": 0 errors, 0 warnings, 0 remarks\n"},
+         report(bad, {"Error: Line 2 : Data name _cell_length_a immediately followed by another data name",
+                      "Error: Line 4 : Too many or too few data values in the loop",
+                      "2 errors, 0 warnings, 0 remarks"})},
+        {{"--quiet", bad, good}, 1, report(bad, {"2 errors, 0 warnings, 0 remarks"}) + good + clean},
         {{long_line},
          0,
-         long_line + ": Warning: Line 2 : More than 80 characters long\n" + long_line +
-             ": 0 errors, 1 warning, 0 remarks\n"},
-        {{"--line-limit", "100", long_line}, 0, long_line + ": 0 errors, 0 warnings, 0 remarks\n"},
-        {{"--line-limit=20", "--no-dict", good}, 0, good + ": 0 errors, 0 warnings, 0 remarks\n"},
-        {{"--", good}, 0, good + ": 0 errors, 0 warnings, 0 remarks\n"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.args));
-        const CheckRun run = check(c.args);
-        EXPECT_EQ(run.status, c.status);
-        EXPECT_EQ(run.out, c.out);
-        EXPECT_EQ(run.err, "");
-    }
-}
-
-TEST(CheckerTest, UnreadableInputsAreNamedAndGiveStatusTwo)
-{
-    TempDir dir;
-    const std::string good = dir.file("good.cif", good_cif);
-    const std::string binary = dir.file("picture.png", std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16));
-    const std::string missing = dir.path("missing.cif");
-    const std::string directory = dir.dir().string();
-
-    struct Case {
-        std::string path;
-        std::string reason;
-    };
-    const std::vector<Case> cases = {
-        {missing, "No such file or directory"},
-        {directory, "Is a directory"},
-        {binary, "a binary file, not a CIF"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.path);
-        // The good file is still checked and reported; the status says a file could not be read.
-        const CheckRun run = check({c.path, good});
-        EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(run.err, "cifward-check: cannot read '" + c.path + "': " + c.reason + "\n");
-        EXPECT_EQ(run.out, good + ": 0 errors, 0 warnings, 0 remarks\n");
-    }
-}
-
-TEST(CheckerTest, StandardInputIsReadForDash)
-{
-    const CheckRun run = check({"-"}, "data_in\n_a 'open\n");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.out,
-              "<stdin>: Error: Line 2 : No terminating (') quote\n<stdin>: 1 error, 0 warnings, 0 remarks\n");
-}
-
-TEST(CheckerTest, JsonCarriesEveryFieldOfEachFinding)
-{
-    TempDir dir;
-    const std::string bad = dir.file("bad.cif", "data_b\n_a\n");
-    const CheckRun run = check({"--format", "json", bad, "-"}, "data_one\ndata_two\n");
-    EXPECT_EQ(run.status, 1);
-    const std::string expected =
-        "{\n  \"program\": \"Cifward\", \"version\": \"1.1\",\n  \"dictionaries\": [],\n  \"files\": [\n"
-        "    {\"file\": \"" +
-        bad +
-        "\", \"blocks\": [\"data_b\"], \"findings\": [\n"
-        "      {\"code\": 308, \"severity\": 2, \"severity_text\": \"Error\", "
-        "\"line\": 2, \"first\": \"_a\", "
-        "\"second\": \"\", \"message\": \"Data name _a not followed by data "
-        "value\", \"text\": \"Error: Line 2 : "
-        "Data name _a not followed by data value\"}\n"
-        "    ], \"errors\": 1, \"warnings\": 0, \"remarks\": 0},\n"
-        "    {\"file\": \"<stdin>\", \"blocks\": [\"data_one\", \"data_two\"], "
-        "\"findings\": [], \"errors\": 0, "
-        "\"warnings\": 0, \"remarks\": 0}\n  ]\n}\n";
-    EXPECT_EQ(run.out, expected);
-}
-
-TEST(CheckerTest, JsonIsValidUtf8ForLatin1AndControlBytes)
-{
-    if (std::system("python3 -c 'import json' >/dev/null 2>&1") != 0)
-        GTEST_SKIP() << "python3 is not installed";
-    TempDir dir;
-    // A degree sign in Latin-1, a bell byte, quotes and a backslash in values and findings.
-    const std::string odd = dir.file("odd.cif", "data_\xb0\n_a \"q\\\"\x07\n_b 'x\n");
-    const CheckRun run = shell(std::string(CIFWARD_CHECKER_PATH) + " --no-dict --format json " + odd +
-                               " | python3 -c 'import json,sys; d=json.load(sys.stdin); "
-                               "f=d[\"files\"][0]; print(f[\"blocks\"][0]); print(len(f[\"findings\"]))'");
-    EXPECT_EQ(run.status, 0) << run.err;
-    EXPECT_EQ(run.out, "data_\xc2\xb0\n4\n");
+         report(long_line,
+                {"Warning: Line 2 : More than 80 characters long", "0 errors, 1 warning, 0 remarks"})},
+        {{"--line-limit", "100", long_line}, 0, long_line + clean},
+        {{"--line-limit=20", "--no-dict", good}, 0, good + clean},
+        {{"--", good}, 0, good + clean},
+        {{"--version"}, 0, "cifward-check (Cifward) 1.1\n"},
+        // An unreadable input is named; the others are still checked, and the status says so.
+        {{missing, good}, 2, good + clean, cannot_read + missing + "': No such file or directory\n"},
+        {{dir.dir.string(), good}, 2, good + clean, cannot_read + dir.dir.string() + "': Is a directory\n"},
+        {{binary, good}, 2, good + clean, cannot_read + binary + "': a binary file, not a CIF\n"},
+        {{"-"},
+         1,
+         report("<stdin>", {"Error: Line 2 : No terminating (') quote", "1 error, 0 warnings, 0 remarks"}),
+         "",
+         "data_in\n_a 'open\n"},
+        {{"--format", "json", one_error, "-"}, 1, json, "", "data_one\ndata_two\n"},
+        // Without a dictionary no block shows a category, so the first block is checked for the
+        // publication list and then for the crystal list.
+        {{"--mandatory", list, c},
+         0,
+         report(c, {"Remark: Line 1 : Data item _publ_section_title not found in block data_c",
+                    "Remark: Line 1 : Data item _cell_length_a not set in block data_c",
+                    "Remark: Line 1 : Data item _cell_volume not found in block data_c",
+                    "0 errors, 0 warnings, 3 remarks"})},
+        {{"--mandatory", dir.path("none.txt"), c},
+         2,
+         "",
+         "cifward-check: cannot read the mandatory items file '" + dir.path("none.txt") + "'\n"},
+    });
 }
 
 TEST(CheckerTest, OutputWritesTheDocumentBackAndNeverOverTheInput)
 {
     TempDir dir;
-    const std::string input = dir.file("in.cif", "# head\ndata_x\n_a 'b c'\nloop_\n_l\n_m\nv w\n");
-    const std::string output = dir.path("out.cif");
-
+    const std::string text = "# head\ndata_x\n_a 'b c'\nloop_\n_l\n_m\nv w\n";
+    const std::string input = dir.file("in.cif", text), output = dir.path("out.cif");
     CheckRun run = check({input, "-o", output});
     EXPECT_EQ(run.status, 0) << run.err;
     HCifDictionary dictionary(new CifConcreteDictionary);
@@ -278,29 +225,26 @@ TEST(CheckerTest, OutputWritesTheDocumentBackAndNeverOverTheInput)
     EXPECT_EQ(reread.block(0).item("_m")->value(0), "w");
     EXPECT_EQ(reread.block(0).comment(0), "# head\n");
 
-    // Onto the input itself, by any spelling of its path: refused, input untouched.
-    const std::string before = slurp(input);
-    for (const std::string& target : {input, dir.dir().string() + "/./in.cif"}) {
-        SCOPED_TRACE(target);
-        run = check({input, "--output", target});
-        EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(run.err, "cifward-check: refusing to write over the input file '" + input + "'\n");
-        EXPECT_EQ(slurp(input), before);
-    }
+    // Onto the input itself, by any spelling of its path, or into a missing directory: refused.
+    const std::string refused = "cifward-check: refusing to write over the input file '" + input + "'\n";
+    expect_runs({
+        {{input, "--output", input}, 2, input + clean, refused},
+        {{input, "--output", dir.dir.string() + "/./in.cif"}, 2, input + clean, refused},
+        {{input, "-o", dir.path("no/such/out.cif")},
+         2,
+         input + clean,
+         "cifward-check: cannot write '" + dir.path("no/such/out.cif") + "': No such file or directory\n"},
+    });
+    EXPECT_EQ(slurp(input), text);
 
     // Standard output takes the document, the report moves to standard error.
     run = check({input, "-o", "-"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out.rfind("# head\ndata_x\n_a", 0), 0u) << run.out;
-    EXPECT_EQ(run.err, input + ": 0 errors, 0 warnings, 0 remarks\n");
-
-    // A directory that does not exist.
-    run = check({input, "-o", dir.path("no/such/dir/out.cif")});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.err.find("cannot write '" + dir.path("no/such/dir/out.cif") + "'"), std::string::npos);
+    EXPECT_EQ(run.err, input + clean);
 }
 
-TEST(CheckerTest, FailedWriteLeavesTheOldOutputIntactAndNoTemporaryFile)
+TEST(CheckerProgramTest, FailedWriteLeavesTheOldOutputIntactAndNoTemporaryFile)
 {
     TempDir dir;
     std::string big = "data_big\nloop_\n_v\n";
@@ -308,143 +252,84 @@ TEST(CheckerTest, FailedWriteLeavesTheOldOutputIntactAndNoTemporaryFile)
         big += "value" + std::to_string(i) + "\n";
     const std::string input = dir.file("big.cif", big);
     const std::string output = dir.file("out.cif", "data_previous\n_keep me\n");
-
     // A file size limit of 4 KiB makes the write fail the way a full disk does.
-    const CheckRun run = shell("bash -c 'ulimit -f 4; trap \"\" XFSZ; exec " +
-                               std::string(CIFWARD_CHECKER_PATH) + " -q " + input + " -o " + output + "'");
+    const CheckRun run = shell("bash -c 'ulimit -f 4; trap \"\" XFSZ; exec " + program + " -q " + input +
+                               " -o " + output + "'");
     EXPECT_EQ(run.status, 2);
     EXPECT_NE(run.err.find("cifward-check: cannot write '" + output + "': File too large"), std::string::npos)
         << run.err;
     EXPECT_EQ(slurp(output), "data_previous\n_keep me\n");
-    int files = 0;
-    for (const auto& entry : fs::directory_iterator(dir.dir())) {
-        (void)entry;
-        ++files;
-    }
-    EXPECT_EQ(files, 2);
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir.dir), fs::directory_iterator()), 2);
 }
 
-TEST(CheckerTest, CorpusFilesGiveTheSameVerdictFromTheProgram)
+TEST(CheckerProgramTest, JsonIsValidUtf8ForLatin1AndControlBytes)
 {
-    const fs::path corpus = fs::path(CIFWARD_SHARED_DIR) / "corpus" / "iucr-ciftest" / "real";
+    if (std::system("python3 -c 'import json' >/dev/null 2>&1") != 0)
+        GTEST_SKIP() << "python3 is not installed";
+    TempDir dir;
+    // A degree sign in Latin-1, a bell byte, quotes and a backslash in values and findings.
+    const std::string odd = dir.file("odd.cif", "data_\xb0\n_a \"q\\\"\x07\n_b 'x\n");
+    const CheckRun run = shell(program + " --no-dict --format json " + odd +
+                               " | python3 -c 'import json,sys; d=json.load(sys.stdin); "
+                               "f=d[\"files\"][0]; print(f[\"blocks\"][0]); print(len(f[\"findings\"]))'");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, "data_\xc2\xb0\n4\n");
+}
+
+TEST(CheckerProgramTest, CorpusFilesGiveTheSameVerdictFromTheProgram)
+{
+    const fs::path corpus = fs::path(CIFWARD_SHARED_DIR) / "corpus" / "iucr-ciftest";
     if (!fs::is_directory(corpus))
         GTEST_SKIP() << "no corpus at " << corpus;
-    // A real file checks clean of errors; a damaged syntax file does not.
-    struct Case {
-        fs::path file;
-        int status;
-    };
-    const std::vector<Case> cases = {
-        {corpus / "1crn.cif", 0},
-        {corpus.parent_path() / "syntax" / "ciftest9.cif", 1},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.file.string());
-        const CheckRun run = shell(std::string(CIFWARD_CHECKER_PATH) + " -q " + c.file.string());
-        EXPECT_EQ(run.status, c.status) << run.out << run.err;
-        EXPECT_EQ(count_lines(run.out), 1);
+    // A real file checks clean of errors; a damaged syntax file does not. Each gives one line.
+    for (const auto& [file, status] : {std::make_pair(corpus / "real" / "1crn.cif", 0),
+                                       std::make_pair(corpus / "syntax" / "ciftest9.cif", 1)}) {
+        const CheckRun run = shell(program + " -q " + file.string());
+        EXPECT_EQ(run.status, status) << run.out << run.err;
+        EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 1) << file;
     }
 }
 
-namespace {
-std::string shared_dict_dir()
+TEST(CheckerDictionaryTest, ValuesAreCheckedAndRejectedDictionariesReported)
 {
-    return (fs::path(CIFWARD_SHARED_DIR) / "dict").string();
-}
-} // namespace
-
-TEST(CheckerDictionaryTest, ValuesAreCheckedAgainstTheCoreDictionary)
-{
-    if (!fs::exists(fs::path(shared_dict_dir()) / "cif_core.dic"))
-        GTEST_SKIP() << "no core dictionary at " << shared_dict_dir();
-    TempDir dir;
-    const std::string file = dir.file("values.cif", "data_v\n_cell_length_a -2.0\n_cell_angle_beta 95.1(3)\n"
-                                                    "_atom_site_calc_flag maybe\n_my_own_item 1\n");
-    struct Case {
-        std::vector<std::string> args;
-        std::string out;
-    };
-    const std::vector<Case> cases = {
-        {{"--dict-dir", shared_dict_dir(), file},
-         file + ": Warning: Line 2 : Data value should be greater than a defined limit : _cell_length_a\n" +
-             file +
-             ": Warning: Line 4 : Data value is not in dictionary enumeration list : _atom_site_calc_flag\n" +
-             file + ": Warning: Line 5 : Created non-standard data item _my_own_item\n" + file +
-             ": 0 errors, 3 warnings, 0 remarks\n"},
-        // Without dictionaries only the syntax is checked, and unknown names are no news.
-        {{"--no-dict", file}, file + ": 0 errors, 0 warnings, 0 remarks\n"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.args));
-        const CheckRun run = check(c.args);
-        EXPECT_EQ(run.status, 0);
-        EXPECT_EQ(run.out, c.out);
-        EXPECT_EQ(run.err, "");
-    }
-}
-
-TEST(CheckerDictionaryTest, ListsLoadedDictionariesAndReportsRejectedOnes)
-{
-    if (!fs::exists(fs::path(shared_dict_dir()) / "cif_core.dic"))
-        GTEST_SKIP() << "no core dictionary at " << shared_dict_dir();
+    if (!fs::exists(fs::path(shared_dict_dir) / "cif_core.dic"))
+        GTEST_SKIP() << "no core dictionary at " << shared_dict_dir;
     TempDir dir;
     // A definition with a _type no reader accepts: the whole file is rejected.
     dir.file("bad.dic", "data_on_this_dictionary\n_dictionary_name bad.dic\n_dictionary_version 1.0\n"
                         "data_thing\n_name '_thing'\n_type text\n");
-    const std::string good = dir.file("good.cif", good_cif);
-
-    CheckRun run = check({"--list-dicts", "--dict-dir", dir.dir().string(), "--dict-dir", shared_dict_dir()});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out, "cif_core.dic 2.4.5 " + shared_dict_dir() + "/cif_core.dic\n");
-    EXPECT_EQ(run.err,
-              "cifward-check: dictionary rejected: " + dir.path("bad.dic") +
-                  "\n  Error: Line 4 : Invalid value for _type 'text' : expected 'numb', 'char' or 'null'\n");
-
-    // Checking goes on with the dictionaries that loaded.
-    run = check({"--dict-dir", dir.dir().string(), "--dict-dir", shared_dict_dir(), "-q", good});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_NE(run.err.find("dictionary rejected"), std::string::npos);
-    EXPECT_EQ(run.out, good + ": 0 errors, 2 warnings, 0 remarks\n");
-
-    // A directory with no dictionary at all: said so, and the syntax is still checked.
-    const fs::path empty = dir.dir() / "empty";
+    const std::string good = dir.file("good.cif", good_cif), empty = dir.path("empty"),
+                      values =
+                          dir.file("values.cif", "data_v\n_cell_length_a -2.0\n_cell_angle_beta 95.1(3)\n"
+                                                 "_atom_site_calc_flag maybe\n_my_own_item 1\n");
     fs::create_directory(empty);
-    run = check({"--dict-dir", empty.string(), "-q", good});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.err, "cifward-check: no dictionary loaded; checking the syntax only\n");
-    EXPECT_EQ(run.out, good + ": 0 errors, 0 warnings, 0 remarks\n");
-}
-
-TEST(CheckerDictionaryTest, TheBuiltProgramFindsTheDictionaryBesideItself)
-{
-    if (!fs::exists(fs::path(shared_dict_dir()) / "cif_core.dic"))
-        GTEST_SKIP() << "no core dictionary at " << shared_dict_dir() << " to copy beside the program";
-    const CheckRun run = shell(std::string(CIFWARD_CHECKER_PATH) + " --list-dicts");
+    const std::string core = "cif_core.dic 2.4.5 " + shared_dict_dir + "/cif_core.dic\n";
+    const std::string rejected =
+        "cifward-check: dictionary rejected: " + dir.path("bad.dic") +
+        "\n  Error: Line 4 : Invalid value for _type 'text' : expected 'numb', 'char' "
+        "or 'null'\n";
+    expect_runs({
+        {{"--dict-dir", shared_dict_dir, values},
+         0,
+         report(values,
+                {"Warning: Line 2 : Data value should be greater than a defined limit : _cell_length_a",
+                 "Warning: Line 4 : Data value is not in dictionary enumeration list : _atom_site_calc_flag",
+                 "Warning: Line 5 : Created non-standard data item _my_own_item",
+                 "0 errors, 3 warnings, 0 remarks"})},
+        {{"--list-dicts", "--dict-dir", dir.dir.string(), "--dict-dir", shared_dict_dir}, 0, core, rejected},
+        // Checking goes on with the dictionaries that loaded, or with the syntax only.
+        {{"--dict-dir", dir.dir.string(), "--dict-dir", shared_dict_dir, "-q", good},
+         0,
+         report(good, {"0 errors, 2 warnings, 0 remarks"}),
+         rejected},
+        {{"--dict-dir", empty, "-q", good},
+         0,
+         good + clean,
+         "cifward-check: no dictionary loaded; checking the syntax only\n"},
+    });
+    // The built program finds the dictionary copied beside itself.
+    const CheckRun run = shell(program + " --list-dicts");
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out, "cif_core.dic 2.4.5 " +
-                           (fs::path(CIFWARD_CHECKER_PATH).parent_path() / "dict" / "cif_core.dic").string() +
-                           "\n");
-}
-
-TEST(CheckerDictionaryTest, MandatoryItemsAreReportedAsRemarks)
-{
-    TempDir dir;
-    const std::string list =
-        dir.file("mandatory.txt", "# items a submission needs\ndata_crystal\n_cell_length_a\n"
-                                  "_cell_volume\ndata_publication\n_publ_section_title\n");
-    const std::string file = dir.file("c.cif", "data_c\n_cell_length_a ?\n_cell_angle_beta 90\n");
-    // Without a dictionary no block shows a category, so the first block is checked for the
-    // publication list and then for the crystal list.
-    CheckRun run = check({"--mandatory", list, file});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out, file + ": Remark: Line 1 : Data item _publ_section_title not found in block data_c\n" +
-                           file + ": Remark: Line 1 : Data item _cell_length_a not set in block data_c\n" +
-                           file + ": Remark: Line 1 : Data item _cell_volume not found in block data_c\n" +
-                           file + ": 0 errors, 0 warnings, 3 remarks\n");
-
-    run = check({"--mandatory", dir.path("none.txt"), file});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_EQ(run.err,
-              "cifward-check: cannot read the mandatory items file '" + dir.path("none.txt") + "'\n");
-    EXPECT_EQ(run.out, "");
+                           (fs::path(program).parent_path() / "dict" / "cif_core.dic").string() + "\n");
 }

@@ -1,72 +1,63 @@
 #include "SymmOp.h"
 
-#include "MoleculeError.h"
+#include "ToolkitTestSupport.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 #include <vector>
 
-namespace {
-
-std::string failure_of(const std::string& text)
+TEST(SymmOp, ReadsWritesAndClassifiesOperators)
 {
-    try {
-        SymmOp op(text);
-    } catch (const molecule_error& e) {
-        return e.what();
-    }
-    return "no failure";
-}
-
-} // namespace
-
-TEST(SymmOp, ReadsAndWritesOperatorText)
-{
-    struct Case {
-        const char* text;
-        const char* written;
-    };
-    const Case cases[] = {
-        {"x,y,z", "x,y,z"},
-        {"X, Y, Z", "x,y,z"},
-        {"x ,\ty , z", "x,y,z"},
-        {"-x+1/2,y,z", "1/2-x,y,z"},
-        {"1/2-x,y,z", "1/2-x,y,z"},
-        {"x+1/2,-y+1/2,z-1/2", "1/2+x,1/2-y,-1/2+z"},
-        {"-y,x-y,z+2/3", "-y,x-y,2/3+z"},
-        {"x-y,x,z+1/6", "x-y,x,1/6+z"},
-        {"z,x,y", "z,x,y"},
-        {"-x,-y,-z", "-x,-y,-z"},
-        {"x+0.5,y,z", "1/2+x,y,z"},
-        {"x+0.3,y,z", "0.3+x,y,z"},
-        {"x+1.5,y,z", "1.5+x,y,z"},
-        {"x+1,y-1,z", "1+x,-1+y,z"},
-        {"x+3/4,y+1/12,z+11/12", "3/4+x,1/12+y,11/12+z"},
-        {"x2,y,z", "2+x,y,z"}, // a coefficient is not part of the grammar: the 2 is a translation
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const SymmOp op(c.text);
-        EXPECT_EQ(op.text(), c.written);
+    // Text, text written back, element type, order. A coefficient is not part of the grammar: the 2
+    // of x2 is a translation.
+    const std::vector<std::tuple<const char*, const char*, int, int>> cases = {
+        {"x,y,z", "x,y,z", 1, 1},
+        {"X, Y, Z", "x,y,z", 1, 1},
+        {"x ,\ty , z", "x,y,z", 1, 1},
+        {"x+0.5,y,z", "1/2+x,y,z", 1, 1},
+        {"x+0.3,y,z", "0.3+x,y,z", 1, 1},
+        {"x+1.5,y,z", "1.5+x,y,z", 1, 1},
+        {"x+1,y-1,z", "1+x,-1+y,z", 1, 1},
+        {"x+3/4,y+1/12,z+11/12", "3/4+x,1/12+y,11/12+z", 1, 1},
+        {"x2,y,z", "2+x,y,z", 1, 1},
+        {"-x,-y,-z", "-x,-y,-z", -1, 2},
+        {"-x,y,-z", "-x,y,-z", 2, 2},
+        {"-y,-x,1/2-z", "-y,-x,1/2-z", 2, 2},
+        {"-x+1/2,y,z", "1/2-x,y,z", -2, 2},
+        {"1/2-x,y,z", "1/2-x,y,z", -2, 2},
+        {"x+1/2,-y+1/2,z-1/2", "1/2+x,1/2-y,-1/2+z", -2, 2},
+        {"-y,x-y,z+2/3", "-y,x-y,2/3+z", 3, 3},
+        {"z,x,y", "z,x,y", 3, 3},
+        {"y,-x+y,-z", "y,-x+y,-z", -3, 6},
+        {"-y,x,z", "-y,x,z", 4, 4},
+        {"y,-x,-z", "y,-x,-z", -4, 4},
+        {"x-y,x,z", "x-y,x,z", 6, 6},
+        {"-x+y,-x,-z", "-x+y,-x,-z", -6, 6}};
+    for (const auto& [text, written, type, order] : cases) {
+        SCOPED_TRACE(text);
+        const SymmOp op(text);
+        EXPECT_EQ(op.text(), written);
         EXPECT_EQ(SymmOp(op.text()), op);
+        EXPECT_EQ(op.element_type(), type);
+        EXPECT_EQ(op.order(), order);
+        // Applying an operator as often as its order gives the identity rotation.
+        Transformation power;
+        for (int i = 0; i < order; ++i)
+            power = power * op;
+        EXPECT_EQ(power.rot(), Transformation().rot());
     }
     // A rounding error below zero is no translation at all.
     SymmOp rounded("x,y,z");
     rounded.set_trans({-1e-13, 0.5 - 1e-13, 0});
     EXPECT_EQ(rounded.text(), "x,1/2+y,z");
-
-    const SymmOp screw("-x,y+1/2,-z");
-    EXPECT_EQ(screw * Vector3D(0.1, 0.2, 0.3), Vector3D(-0.1, 0.7, -0.3));
+    EXPECT_EQ(SymmOp("-x,y+1/2,-z") * Vector3D(0.1, 0.2, 0.3), Vector3D(-0.1, 0.7, -0.3));
 }
 
 TEST(SymmOp, RefusesMalformedText)
 {
-    struct Case {
-        const char* text;
-        const char* message;
-    };
-    const Case cases[] = {
+    const std::vector<std::pair<std::string, std::string>> cases = {
         {"x,y", "Could not read symmetry operator: x,y"},
         {"x,y,z,t", "Could not read symmetry operator: x,y,z,t"},
         {"", "Could not read symmetry operator: "},
@@ -78,46 +69,14 @@ TEST(SymmOp, RefusesMalformedText)
          "Cannot read symmetry operator: Illegal bottom half of fraction (0) in symmetry operator "
          "(x+1/0,y,z)"},
         {"x+1/2/3,y,z",
-         "Cannot read symmetry operator: Illegal fraction (+1/2/3) in symmetry operator (x+1/2/3,y,z)"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(failure_of(c.text), c.message) << c.text;
-}
-
-TEST(SymmOp, ElementTypesAndOrders)
-{
-    struct Case {
-        const char* text;
-        int type;
-        int order;
-    };
-    const Case cases[] = {
-        {"x,y,z", 1, 1},       {"-x,-y,-z", -1, 2},   {"-x,y,-z", 2, 2},  {"x,-y,z", -2, 2},
-        {"-y,x,z", 4, 4},      {"y,-x,-z", -4, 4},    {"-y,x-y,z", 3, 3}, {"y,-x+y,-z", -3, 6},
-        {"x-y,x,z", 6, 6},     {"-x+y,-x,-z", -6, 6}, {"z,x,y", 3, 3},    {"1/2+x,1/2-y,z", -2, 2},
-        {"-y,-x,1/2-z", 2, 2}, {"-x,-y,1/4+z", 2, 2},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const SymmOp op(c.text);
-        EXPECT_EQ(op.element_type(), c.type);
-        EXPECT_EQ(op.order(), c.order);
-        // Applying an operator as often as its order gives the identity rotation.
-        Transformation power;
-        for (int i = 0; i < c.order; ++i)
-            power = power * op;
-        EXPECT_EQ(power.rot(), Transformation().rot());
-    }
+         "Cannot read symmetry operator: Illegal fraction (+1/2/3) in symmetry operator (x+1/2/3,y,z)"}};
+    for (const auto& [text, message] : cases)
+        EXPECT_EQ(failure_of([&] { SymmOp{text}; }), message) << text;
 }
 
 TEST(SymmOp, OrderingIsTolerantAndIgnoresLatticeTranslations)
 {
-    struct Case {
-        const char* a;
-        const char* b;
-        bool equivalent;
-    };
-    const Case cases[] = {
+    const std::vector<std::tuple<const char*, const char*, bool>> cases = {
         {"x,y,z", "1+x,y,-1+z", true},
         {"1/2-x,y,z", "-1/2-x,y,z", true},
         {"1/3+x,y,z", "0.33333333333+x,y,z", true},
@@ -125,12 +84,9 @@ TEST(SymmOp, OrderingIsTolerantAndIgnoresLatticeTranslations)
         {"x,y,z", "1/2+x,y,z", false},
         {"x,y,z", "-x,y,z", false},
         {"x,y,z", "x,y,0.0000001+z", true},
-        {"x,y,z", "x,y,0.000001+z", false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.a) + " vs " + c.b);
-        EXPECT_EQ(SymmOp(c.a).equivalent(SymmOp(c.b)), c.equivalent);
-    }
+        {"x,y,z", "x,y,0.000001+z", false}};
+    for (const auto& [a, b, equivalent] : cases)
+        EXPECT_EQ(SymmOp(a).equivalent(SymmOp(b)), equivalent) << a << " vs " << b;
     // Sorting two spellings of one group gives lists that agree element by element.
     std::vector<SymmOp> one{SymmOp("x,y,z"), SymmOp("-x,1/2+y,1/2-z"), SymmOp("-x,-y,-z"),
                             SymmOp("x,1/2-y,1/2+z")};

@@ -3,13 +3,19 @@
 
 // Helpers shared by the engine's tests.
 
+#include "Cif.h"
+#include "CifConcreteDictionary.h"
 #include "CifDataBlock.h"
+#include "CifDictionaryPool.h"
 #include "CifErrorList.h"
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -57,6 +63,122 @@ inline void add_loop_with_values(CifDataBlock& block,
     for (const auto& column : columns)
         for (const std::string& v : column.second)
             block.item(column.first)->add_value(v);
+}
+
+// A dictionary read from `text`, which must read without findings.
+inline HCifConcreteDictionary dictionary_from(const std::string& text)
+{
+    HCifConcreteDictionary dictionary(new CifConcreteDictionary);
+    HCifErrorList errors(new CifErrorList);
+    std::istringstream in(text);
+    dictionary->read(in, errors);
+    EXPECT_EQ(findings(*errors), "") << text;
+    return dictionary;
+}
+
+// A fresh pool that holds `dictionary` alone.
+inline HCifDictionaryPool pool_of(const HCifConcreteDictionary& dictionary)
+{
+    HCifDictionaryPool pool(new CifDictionaryPool);
+    pool->add(dictionary);
+    return pool;
+}
+
+// Texts joined with commas: one line that a table of cases can spell out.
+inline std::string comma_joined(const std::vector<std::string>& values)
+{
+    std::string out;
+    for (const std::string& value : values)
+        out += (out.empty() ? "" : ",") + value;
+    return out;
+}
+
+// ---- Reader, writer and corpus tests
+
+// `text` on one line, its line ends shown as \n.
+inline std::string one_line(const std::string& text)
+{
+    std::string out;
+    for (char c : text)
+        out += c == '\n' ? std::string("\\n") : std::string(1, c);
+    return out;
+}
+
+// The model on one line: each block with its line (unless `lines` is off), its items in order
+// (a * marks a looped one) with their values, and its loops by column names.
+inline std::string describe(const Cif& cif, bool lines = true)
+{
+    std::string out;
+    for (const HCifDataBlock& block : cif) {
+        out += (out.empty() ? "" : " ") + block->name() + (lines ? "@" + std::to_string(block->line()) : "") +
+               "{";
+        std::string inner;
+        for (const HCifDataItem& item : *block) {
+            inner += (inner.empty() ? "" : " ") + item->name() + (item->is_looped() ? "*" : "") + "=";
+            for (std::size_t row = 0; row < item->value_count(); ++row)
+                inner += (row ? "|" : "") + one_line(item->value(row));
+        }
+        for (const HCifLoop& loop : block->loops()) {
+            inner += (inner.empty() ? "" : " ") + std::string("loop(");
+            for (std::size_t i = 0; i < loop->names().size(); ++i)
+                inner += (i ? "," : "") + loop->names()[i];
+            inner += ")";
+        }
+        out += inner + "}";
+    }
+    return out;
+}
+
+// Every comment of the model as "owner/position=text", joined by " | "; a loop is named by its
+// first column, and its note follows as "note(column)=text".
+inline std::string comment_dump(const Cif& cif)
+{
+    std::string out;
+    const auto add = [&](const std::string& owner, const std::string& text) {
+        out += (out.empty() ? "" : " | ") + owner + "=" + one_line(text);
+    };
+    const auto add_all = [&](const std::string& owner, const CifCommentable& c) {
+        for (const auto& [position, text] : c.comments())
+            add(owner + "/" + std::to_string(position), text);
+    };
+    for (const HCifDataBlock& block : cif) {
+        add_all(block->name(), *block);
+        for (const HCifDataItem& item : *block)
+            add_all(item->name(), *item);
+        for (const HCifLoop& loop : block->loops()) {
+            add_all("loop(" + loop->names().front() + ")", *loop);
+            if (!loop->notes().empty() && !loop->notes()[0].empty())
+                add("note(" + loop->names().front() + ")", loop->notes()[0]);
+        }
+    }
+    return out;
+}
+
+// The .cif files under `dir`, relative to it and sorted; one empty name when `dir` is missing,
+// so that a suite made from the list reports a skip instead of silently running nothing.
+inline std::vector<std::string> cif_files_under(const std::filesystem::path& dir)
+{
+    std::vector<std::string> files;
+    std::error_code ec;
+    if (!std::filesystem::is_directory(dir, ec))
+        return {""};
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(dir, ec))
+        if (entry.is_regular_file() && entry.path().extension() == ".cif")
+            files.push_back(std::filesystem::relative(entry.path(), dir).generic_string());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+// The test name of `file`, one of cif_files_under(dir); "CorpusMissing" for the empty name.
+inline std::string corpus_test_name(const std::filesystem::path& dir, const std::string& file)
+{
+    static std::map<std::string, std::map<std::string, std::string>> names;
+    if (file.empty())
+        return "CorpusMissing";
+    auto found = names.find(dir.string());
+    if (found == names.end())
+        found = names.emplace(dir.string(), test_names_for(cif_files_under(dir))).first;
+    return found->second.at(file);
 }
 
 #endif

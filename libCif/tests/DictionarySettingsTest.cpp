@@ -1,9 +1,9 @@
+#include "CifTestSupport.h"
 #include "QcbsDictionarySettings.h"
 
 #include <QSettings>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -12,13 +12,8 @@ namespace {
 HCifConcreteDictionary dictionary_named(const std::string& name, const std::string& version,
                                         const std::string& units)
 {
-    std::istringstream text("data_on_this_dictionary\n_dictionary_name " + name + "\n_dictionary_version " +
-                            version + "\ndata_length\n_name '_x_length'\n_type numb\n_units " + units + "\n");
-    HCifConcreteDictionary dictionary(new CifConcreteDictionary);
-    HCifErrorList errors(new CifErrorList);
-    dictionary->read(text, errors);
-    EXPECT_TRUE(errors->is_empty());
-    return dictionary;
+    return dictionary_from("data_on_this_dictionary\n_dictionary_name " + name + "\n_dictionary_version " +
+                           version + "\ndata_length\n_name '_x_length'\n_type numb\n_units " + units + "\n");
 }
 
 std::vector<std::string> names_in(const HCifDictionaryPool& pool)

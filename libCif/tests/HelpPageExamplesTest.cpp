@@ -32,6 +32,7 @@ const fs::path dict_dir = fs::path(CIFWARD_SHARED_DIR) / "dict";
 
 // Under the documentation directory, the program asks for the page of a finding here.
 const std::string finding_pages_dir = "cifward/PortableHTML/";
+const std::string finding_page_prefix = "cifward-1-";
 
 struct HelpPage {
     const char* number;
@@ -49,14 +50,14 @@ const std::vector<HelpPage> help_pages = {
 
 // The reader reports an over-long line as 347 and never as 346, and the mandatory check accepts
 // any stand-in item that is present, so nothing raises 304: their pages say so, and their
-// examples must not raise them.
+// examples must not raise them. A control character has no place in an HTML page, so 348 is told
+// in words only.
 const std::set<std::uint32_t> never_raised = {304, 346};
-// A control character has no place in an HTML page, so 348 is told in words only.
 const std::set<std::uint32_t> not_shown = {348};
 
 std::string page_file(const HelpPage& page)
 {
-    return std::string("cifward-1-") + page.number + ".html";
+    return finding_page_prefix + page.number + ".html";
 }
 
 void PrintTo(const HelpPage& page, std::ostream* out)
@@ -66,7 +67,7 @@ void PrintTo(const HelpPage& page, std::ostream* out)
 
 bool is_finding_page(const std::string& file)
 {
-    return file.rfind("cifward-1-", 0) == 0;
+    return file.rfind(finding_page_prefix, 0) == 0;
 }
 
 std::string read_text(const fs::path& path)
@@ -90,42 +91,32 @@ std::string unescape(const std::string& html)
             out += name == "lt" ? '<' : name == "gt" ? '>' : name == "amp" ? '&' : '"';
         last = (*it)[0].second;
     }
-    out.append(last, html.cend());
-    return out;
+    return out.append(last, html.cend());
 }
 
 struct PreBlock {
-    std::string kind;
-    std::map<std::string, std::string> attributes;
+    std::map<std::string, std::string> attributes; // "class" is the kind
     std::string html;
     std::string text;
 };
 
 std::vector<PreBlock> pre_blocks(const std::string& html)
 {
-    static const std::regex block("<pre([^>]*)>([\\s\\S]*?)</pre>");
-    static const std::regex attribute("([a-z-]+)=\"([^\"]*)\"");
+    static const std::regex block("<pre([^>]*)>([\\s\\S]*?)</pre>"), attribute("([a-z-]+)=\"([^\"]*)\"");
     std::vector<PreBlock> out;
     for (std::sregex_iterator it(html.begin(), html.end(), block), end; it != end; ++it) {
         PreBlock pre;
         const std::string attributes = (*it)[1];
         for (std::sregex_iterator a(attributes.begin(), attributes.end(), attribute); a != end; ++a)
             pre.attributes[(*a)[1]] = (*a)[2];
-        pre.kind = pre.attributes["class"];
-        pre.html = (*it)[2];
         // A browser drops the line end that directly follows <pre>.
+        pre.html = (*it)[2];
         if (!pre.html.empty() && pre.html[0] == '\n')
             pre.html.erase(0, 1);
         pre.text = unescape(pre.html);
         out.push_back(pre);
     }
     return out;
-}
-
-std::string attribute(const PreBlock& pre, const std::string& name)
-{
-    const auto found = pre.attributes.find(name);
-    return found == pre.attributes.end() ? std::string() : found->second;
 }
 
 std::set<std::string> words(const std::string& text)
@@ -163,21 +154,23 @@ std::vector<CifError> check(const std::string& text, const HCifDictionary& dicti
     return std::vector<CifError>(cif.errors()->begin(), cif.errors()->end());
 }
 
-// A finding as the error list words it: the full text, with its line breaks shown as " ... ".
-std::string shown(const CifError& finding)
+// Lines with their trailing blanks cut, each after "\n  ".
+std::string listing(const std::string& text)
 {
-    std::string text = finding.text();
-    for (std::string::size_type at = 0; (at = text.find('\n', at)) != std::string::npos; at += 5)
-        text.replace(at, 1, " ... ");
-    return text.substr(0, text.find_last_not_of(" \t") + 1);
+    std::istringstream in(text);
+    std::string out;
+    for (std::string line; std::getline(in, line);)
+        out += "\n  " + line.substr(0, line.find_last_not_of(" \t") + 1);
+    return out.empty() ? "\n  (none)" : out;
 }
 
+// Findings as the error list words them, their line breaks shown as " ... ".
 std::string listing(const std::vector<CifError>& findings)
 {
-    std::string out;
+    std::string text;
     for (const CifError& finding : findings)
-        out += "\n  " + shown(finding);
-    return out.empty() ? "\n  (none)" : out;
+        text += std::regex_replace(finding.text(), std::regex("\n"), " ... ") + "\n";
+    return listing(text);
 }
 
 bool raises(const std::vector<CifError>& findings, std::uint32_t code)
@@ -186,27 +179,11 @@ bool raises(const std::vector<CifError>& findings, std::uint32_t code)
                        [code](const CifError& e) { return e.code == code; });
 }
 
-std::string trimmed_lines(const std::string& text)
-{
-    std::istringstream in(text);
-    std::string out, line;
-    while (std::getline(in, line))
-        out += "\n  " + line.substr(0, line.find_last_not_of(" \t") + 1);
-    return out.empty() ? "\n  (none)" : out;
-}
-
-std::string collapsed_text(const std::string& html)
-{
-    const std::string text = unescape(std::regex_replace(html, std::regex("<[^>]*>"), ""));
-    return std::regex_replace(text, std::regex("\\s+"), " ");
-}
-
 std::string first_element(const std::string& html, const std::string& tag)
 {
     std::smatch m;
-    if (!std::regex_search(html, m, std::regex("<" + tag + "[^>]*>([\\s\\S]*?)</" + tag + ">")))
-        return std::string();
-    return m[1];
+    return std::regex_search(html, m, std::regex("<" + tag + "[^>]*>([\\s\\S]*?)</" + tag + ">")) ? m[1].str()
+                                                                                                  : "";
 }
 
 // The file of docs/ that a link on `page` opens once the pages are laid out as the program
@@ -235,9 +212,7 @@ std::set<std::string> check_links(const std::string& page, const std::string& ht
         const std::string::size_type hash = link.find('#');
         const std::string target = link_target(page, link.substr(0, hash));
         EXPECT_FALSE(target.empty()) << page << ": the link " << link << " leads nowhere";
-        if (target.empty())
-            continue;
-        if (hash != std::string::npos) {
+        if (!target.empty() && hash != std::string::npos) {
             EXPECT_NE(read_text(docs_dir / target).find("id=\"" + link.substr(hash + 1) + "\""),
                       std::string::npos)
                 << page << ": " << target << " has no anchor for " << link;
@@ -264,83 +239,67 @@ TEST_P(HelpPageTest, ExamplesRaiseTheFindingsOfThePage)
     const std::vector<std::uint32_t>& codes = GetParam().codes;
     std::set<std::uint32_t> shown_codes;
     CifMandatoryItems mandatory;
-    bool have_mandatory = false, have_example = false, dictionary_missing = false;
-    // The findings of the last example as the program gives them, with the core dictionary.
-    const std::vector<CifError>* last_with_dictionary = nullptr;
-    std::vector<CifError> with_dictionary;
+    bool have_mandatory = false, have_example = false, dictionary_missing = !core_dictionary();
+    std::vector<CifError> with_dictionary; // of the last example, as the program gives them
 
-    for (const PreBlock& pre : pre_blocks(html_)) {
-        if (pre.kind == "mandatory") {
+    for (PreBlock& pre : pre_blocks(html_)) {
+        const std::string kind = pre.attributes["class"];
+        if (kind == "mandatory") {
             std::istringstream in(pre.text);
             mandatory.read(in);
             have_mandatory = true;
-            continue;
-        }
-        if (pre.kind == "findings") {
+        } else if (kind == "findings") {
             ASSERT_TRUE(have_example) << "findings before any example";
-            if (last_with_dictionary) {
-                EXPECT_EQ(trimmed_lines(pre.text), listing(*last_with_dictionary));
+            if (core_dictionary()) {
+                EXPECT_EQ(listing(pre.text), listing(with_dictionary));
             }
-            dictionary_missing = dictionary_missing || !last_with_dictionary;
-            continue;
         }
-        if (pre.kind != "example" && pre.kind != "fixed")
+        if (kind != "example" && kind != "fixed")
             continue;
-        SCOPED_TRACE(pre.kind + ":\n" + pre.text);
+        SCOPED_TRACE(kind + ":\n" + pre.text);
         EXPECT_EQ(pre.html.find('<'), std::string::npos) << "markup inside an example";
-        const std::set<std::string> needs = words(attribute(pre, "data-needs"));
+        const std::set<std::string> needs = words(pre.attributes["data-needs"]);
         for (const std::string& need : needs)
             EXPECT_TRUE(need == "dictionary" || need == "mandatory") << "unknown need " << need;
-        const bool needs_mandatory = needs.count("mandatory") > 0;
-        if (needs_mandatory) {
+        if (needs.count("mandatory")) {
             ASSERT_TRUE(have_mandatory) << "no mandatory items list before an example that needs one";
         }
+        const CifMandatoryItems* items = needs.count("mandatory") ? &mandatory : nullptr;
 
         std::vector<std::uint32_t> expected;
-        if (pre.kind == "example") {
+        if (kind == "example") {
             have_example = true;
+            expected = codes;
             if (pre.attributes.count("data-raises")) {
-                for (const std::string& code : words(attribute(pre, "data-raises")))
+                expected.clear();
+                for (const std::string& code : words(pre.attributes["data-raises"]))
                     expected.push_back(static_cast<std::uint32_t>(std::stoul(code)));
-            } else {
-                expected = codes;
             }
             shown_codes.insert(expected.begin(), expected.end());
         }
-
         std::vector<std::vector<CifError>> runs;
         if (!needs.count("dictionary"))
-            runs.push_back(check(pre.text, HCifDictionary(), needs_mandatory ? &mandatory : nullptr));
-        last_with_dictionary = nullptr;
+            runs.push_back(check(pre.text, HCifDictionary(), items));
         if (core_dictionary()) {
-            with_dictionary = check(pre.text, core_dictionary(), needs_mandatory ? &mandatory : nullptr);
+            with_dictionary = check(pre.text, core_dictionary(), items);
             runs.push_back(with_dictionary);
-            last_with_dictionary = &with_dictionary;
-        } else {
-            dictionary_missing = true;
         }
-
         for (const std::vector<CifError>& findings : runs) {
             for (std::uint32_t code : expected)
                 EXPECT_TRUE(raises(findings, code)) << "no " << code << " among" << listing(findings);
             for (std::uint32_t code : codes) {
-                if (pre.kind == "fixed" || never_raised.count(code)) {
-                    EXPECT_FALSE(raises(findings, code)) << code << " among" << listing(findings);
-                }
+                EXPECT_FALSE((kind == "fixed" || never_raised.count(code)) && raises(findings, code))
+                    << code << " among" << listing(findings);
             }
-            if (pre.kind == "fixed") {
-                EXPECT_TRUE(std::none_of(findings.begin(), findings.end(),
-                                         [](const CifError& e) { return e.severity() == 2; }))
-                    << "the fixed example still has errors:" << listing(findings);
-            }
+            EXPECT_FALSE(kind == "fixed" && std::any_of(findings.begin(), findings.end(),
+                                                        [](const CifError& e) { return e.severity() == 2; }))
+                << "the fixed example still has errors:" << listing(findings);
         }
     }
-
     EXPECT_TRUE(have_example) << "the page has no example";
     for (std::uint32_t code : codes) {
-        if (!never_raised.count(code) && !not_shown.count(code)) {
-            EXPECT_TRUE(shown_codes.count(code)) << "no example raises " << code;
-        }
+        EXPECT_TRUE(never_raised.count(code) || not_shown.count(code) || shown_codes.count(code))
+            << "no example raises " << code;
     }
     if (dictionary_missing && !HasFailure())
         GTEST_SKIP() << "the core dictionary is not in " << dict_dir
@@ -349,34 +308,30 @@ TEST_P(HelpPageTest, ExamplesRaiseTheFindingsOfThePage)
 
 TEST_P(HelpPageTest, HeadingShowsEachMessageAsTheProgramDoes)
 {
-    const std::string heading = collapsed_text(first_element(html_, "h1"));
+    const std::string heading = std::regex_replace(
+        unescape(std::regex_replace(first_element(html_, "h1"), std::regex("<[^>]*>"), "")),
+        std::regex("\\s+"), " ");
     const std::string title = first_element(html_, "title");
     for (std::uint32_t code : GetParam().codes) {
-        const CifMessage& message = cif_message(code);
         const std::string label = CifError(code, -1).severity_text() + " " + std::to_string(code) + ": ";
         EXPECT_NE(title.find(std::to_string(code)), std::string::npos) << title;
         const std::string::size_type at = heading.find(label);
         ASSERT_NE(at, std::string::npos) << "no \"" << label << "\" in: " << heading;
         // The words of the message in order, with anything standing for the placeholders.
         std::string pattern;
-        for (char c : std::regex_replace(std::string(message.text), std::regex("<[12]>"), "\x01")) {
-            if (c == '\x01')
-                pattern += ".+?";
-            else if (std::string("^$\\.*+?()[]{}|/").find(c) != std::string::npos)
-                pattern += std::string("\\") + c;
-            else
-                pattern += c;
-        }
-        const std::string rest = heading.substr(at + label.size());
-        EXPECT_TRUE(std::regex_search(rest, std::regex(pattern), std::regex_constants::match_continuous))
+        for (char c : std::string(cif_message(code).text))
+            pattern += std::string("^$\\.*+?()[]{}|/").find(c) != std::string::npos ? std::string("\\") + c
+                                                                                    : std::string(1, c);
+        pattern = std::regex_replace(pattern, std::regex("<[12]>"), ".+?");
+        EXPECT_TRUE(std::regex_search(heading.substr(at + label.size()), std::regex(pattern),
+                                      std::regex_constants::match_continuous))
             << "the heading words message " << code << " differently: " << heading;
     }
 }
 
 TEST_P(HelpPageTest, LinksLeadBackToTheMainPage)
 {
-    const std::set<std::string> targets = check_links(page_file(GetParam()), html_);
-    EXPECT_TRUE(targets.count("Cifward.html")) << page_file(GetParam()) << " does not link to Cifward.html";
+    EXPECT_TRUE(check_links(page_file(GetParam()), html_).count("Cifward.html")) << "no link to Cifward.html";
 }
 
 INSTANTIATE_TEST_SUITE_P(HelpPages, HelpPageTest, ::testing::ValuesIn(help_pages),
@@ -386,15 +341,13 @@ INSTANTIATE_TEST_SUITE_P(HelpPages, HelpPageTest, ::testing::ValuesIn(help_pages
 
 TEST(HelpPageFiles, EveryFindingPageIsInTheTableAndOnTheMainPage)
 {
-    std::set<std::string> listed;
+    std::set<std::string> listed, present;
     for (const HelpPage& page : help_pages)
         listed.insert(page_file(page));
-    std::set<std::string> present;
     for (const fs::directory_entry& entry : fs::directory_iterator(docs_dir))
         if (is_finding_page(entry.path().filename().string()))
             present.insert(entry.path().filename().string());
     EXPECT_EQ(present, listed) << "a finding page that no code opens, or a code without its page";
-
     const std::string main_page = read_text(docs_dir / "Cifward.html");
     ASSERT_FALSE(main_page.empty()) << "Cifward.html is missing";
     const std::set<std::string> targets = check_links("Cifward.html", main_page);

@@ -124,37 +124,28 @@ private slots:
     {
         QTest::addColumn<QString>("input");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("empty") << QString() << QString();
-        QTest::newRow("plain CIF") << "data_x\n_cell_length_a 5.4(2)\n"
-                                   << "data_x\n_cell_length_a 5.4(2)\n";
-        QTest::newRow("tab and line breaks kept") << "a\tb\r\nc\n"
-                                                  << "a\tb\r\nc\n";
-        QTest::newRow("code 1 deleted") << "a\x01z"
-                                        << "az";
-        QTest::newRow("controls at the end deleted") << "a\x1B\x1F"
-                                                     << "a";
-        QTest::newRow("C1 control deleted") << QStringLiteral("x\u0085y") << "xy";
-        QTest::newRow("DEL has no row") << "a\x7F"
-                                        << "a\x7F";
-        QTest::newRow("no-break space") << QStringLiteral("100\u00A0K") << "100 K";
-        QTest::newRow("thin space") << QStringLiteral("5\u2009mm") << "5 mm";
-        QTest::newRow("Angstrom") << QStringLiteral("1.54 \u00C5") << "1.54 \\%A";
-        QTest::newRow("e acute") << QStringLiteral("P\u00E9rez") << "P\\'erez";
-        QTest::newRow("sharp s") << QStringLiteral("Stra\u00DFe") << "Stra\\&se";
-        QTest::newRow("times") << QStringLiteral("2\u00D73") << "2\\\\times3";
-        QTest::newRow("em dash") << QStringLiteral("a\u2014b") << "a---b";
-        QTest::newRow("squared") << QStringLiteral("m\u00B2") << "m^2^";
-        QTest::newRow("ligatures") << QStringLiteral("\u00C6\u0153\u01C4") << "AEoeD\\^Z";
-        QTest::newRow("Greek alpha kept")
-            << QStringLiteral("\u03B1-quartz") << QStringLiteral("\u03B1-quartz");
-        QTest::newRow("beyond 16 bits kept") << QStringLiteral("\U0001D6FC") << QStringLiteral("\U0001D6FC");
-        QTest::newRow("three letters read D stroke")
-            << QStringLiteral("\u00D0\u0110\u0189") << "\\/D\\/D\\/D";
-        QTest::newRow("T caron written lower case") << QStringLiteral("\u0164\u0165") << "\\<t\\<t";
-        QTest::newRow("both angle brackets")
-            << QStringLiteral("\u2329\u3008x\u232A\u3009") << "\\\\langle\\\\langlex\\\\rangle\\\\rangle";
-        QTest::newRow("mixed") << QStringLiteral("M\u00FCller, 25\u00B0C \u00B1 1, \u03B2 = 90\u00B0\x01")
-                               << QStringLiteral("M\\\"uller, 25\\%C +- 1, \u03B2 = 90\\%");
+        const auto row = [](const char* name, const QString& input, const QString& expected) {
+            QTest::newRow(name) << input << expected;
+        };
+        row("empty", {}, {});
+        row("plain CIF, tab and line breaks kept", "data_x\n_a\t5.4(2)\r\n", "data_x\n_a\t5.4(2)\r\n");
+        row("controls deleted, also at the end", "a\001z\x1B\x1F", "az");
+        row("C1 control deleted", "x\u0085y", "xy");
+        row("DEL has no row", "a\x7F", "a\x7F");
+        row("no-break and thin space", "100\u00A0K 5\u2009mm", "100 K 5 mm");
+        row("Angstrom", "1.54 \u00C5", "1.54 \\%A");
+        row("sharp s", "Stra\u00DFe", "Stra\\&se");
+        row("times", "2\u00D73", "2\\\\times3");
+        row("em dash", "a\u2014b", "a---b");
+        row("squared", "m\u00B2", "m^2^");
+        row("ligatures", "\u00C6\u0153\u01C4", "AEoeD\\^Z");
+        row("Greek alpha kept", "\u03B1-quartz", "\u03B1-quartz");
+        row("beyond 16 bits kept", "\U0001D6FC", "\U0001D6FC");
+        row("three letters read D stroke", "\u00D0\u0110\u0189", "\\/D\\/D\\/D");
+        row("T caron written lower case", "\u0164\u0165", "\\<t\\<t");
+        row("both angle brackets", "\u2329\u3008x\u232A\u3009", "\\\\langle\\\\langlex\\\\rangle\\\\rangle");
+        row("mixed", "M\u00FCller, 25\u00B0C \u00B1 1, \u03B2 = 90\u00B0\x01",
+            "M\\\"uller, 25\\%C +- 1, \u03B2 = 90\\%");
     }
     void escape()
     {
@@ -167,16 +158,11 @@ private slots:
     {
         QTest::addColumn<QChar>("latin");
         QTest::addColumn<QChar>("greek");
-        QTest::newRow("a alpha") << QChar('a') << QChar(0x03B1);
-        QTest::newRow("c chi") << QChar('c') << QChar(0x03C7);
-        QTest::newRow("j phi symbol") << QChar('j') << QChar(0x03D5);
-        QTest::newRow("q theta") << QChar('q') << QChar(0x03B8);
-        QTest::newRow("v pi symbol") << QChar('v') << QChar(0x03D6);
-        QTest::newRow("z zeta") << QChar('z') << QChar(0x03B6);
-        QTest::newRow("A Alpha") << QChar('A') << QChar(0x0391);
-        QTest::newRow("J theta symbol") << QChar('J') << QChar(0x03D1);
-        QTest::newRow("V final sigma") << QChar('V') << QChar(0x03C2);
-        QTest::newRow("Z Zeta") << QChar('Z') << QChar(0x0396);
+        const std::pair<char, char16_t> letters[] = {
+            {'a', 0x03B1}, {'c', 0x03C7}, {'j', 0x03D5}, {'q', 0x03B8}, {'v', 0x03D6},
+            {'z', 0x03B6}, {'A', 0x0391}, {'J', 0x03D1}, {'V', 0x03C2}, {'Z', 0x0396}};
+        for (const auto& [latin, greek] : letters)
+            QTest::addRow("%c", latin) << QChar(latin) << QChar(greek);
         for (const char16_t other : {u'@', u'[', u'`', u'{', u'1', u'\\', u'\u00E9', u'\u03B1'})
             QTest::addRow("U+%04X none", unsigned(other)) << QChar(other) << QChar();
     }

@@ -24,6 +24,8 @@ public:
     int atomic_number() const;
     double bond_radius() const;
     double vdw_radius() const;
+    // Atomic volume in cubic Angstroms; 0 for an element whose volume the program does not know.
+    double volume() const;
     double atomic_weight() const;
     // 1 to 18; 19 for the lanthanides and 20 for the actinides, as the source tables file them.
     int periodic_group() const;

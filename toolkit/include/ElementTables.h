@@ -11,6 +11,7 @@ extern const int8_t atomic_numbers[element_count];
 extern const double atomic_weights[element_count];
 extern const double bond_radii[element_count];
 extern const double vdw_radii[element_count];
+extern const double volumes[element_count];
 extern const int8_t periodic_groups[element_count];
 extern const int8_t periods[element_count];
 extern const double cromer_mann[element_count][9];

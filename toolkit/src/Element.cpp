@@ -86,6 +86,11 @@ double Element::vdw_radius() const
     return vdw_radii()[code_];
 }
 
+double Element::volume() const
+{
+    return ElementTables::volumes[code_];
+}
+
 double Element::atomic_weight() const
 {
     return ElementTables::atomic_weights[code_];

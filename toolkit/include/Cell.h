@@ -9,6 +9,8 @@
 #include <iosfwd>
 #include <optional>
 
+class Archive;
+
 // The unit cell: six parameters as measured, the space group, and the matrices between
 // fractional and orthogonal coordinates (a along x, b in the xy plane). A cell whose geometry
 // is impossible is kept, marked invalid, with identity matrices, so work in fractional
@@ -23,6 +25,10 @@ public:
          const Spacegroup& spacegroup);
     virtual ~Cell() = default;
 
+    // The six parameters (value, precision, uncertainty; angles in radians), then the space
+    // group. The matrices and validity are worked out again on reading, never trusted from a file.
+    virtual void write(Archive& archive) const;
+    virtual void read(Archive& archive);
     virtual void print(std::ostream& out) const;
 
     // Angles in radians.

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+class Archive;
+
 // A space group: name, number, setting and operators, found in the compiled-in table by name,
 // by number or by its operators. A value type; the operator list is shared between copies.
 class Spacegroup {
@@ -34,6 +36,10 @@ public:
     const std::vector<SymmOp>& symmops() const { return *symmops_; }
 
     void print(std::ostream& out) const;
+    // Number, name, setting, row, then each operator's twelve numbers. Reading takes the table's
+    // shared list back when the stored operators are the row's own.
+    void write(Archive& archive) const;
+    void read(Archive& archive);
     bool operator==(const Spacegroup& other) const;
     bool operator!=(const Spacegroup& other) const { return !(*this == other); }
 

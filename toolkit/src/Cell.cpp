@@ -1,5 +1,7 @@
 #include "Cell.h"
 
+#include "Archive.h"
+
 #include <algorithm>
 #include <cmath>
 #include <ostream>
@@ -129,4 +131,35 @@ std::ostream& operator<<(std::ostream& out, const Cell& cell)
 {
     cell.print(out);
     return out;
+}
+
+void Cell::write(Archive& archive) const
+{
+    for (const UncertainValue* v : {&a_, &b_, &c_, &alpha_, &beta_, &gamma_}) {
+        archive.write_double(v->value);
+        archive.write_int32(v->precision);
+        archive.write_int32(v->uncertainty);
+    }
+    spacegroup_.write(archive);
+}
+
+void Cell::read(Archive& archive)
+{
+    // Read the whole cell before changing this one, so that a damaged archive leaves it intact.
+    UncertainValue read_values[6];
+    for (UncertainValue& v : read_values) {
+        v.value = archive.read_double();
+        v.precision = archive.read_int32();
+        v.uncertainty = archive.read_int32();
+    }
+    Spacegroup group;
+    group.read(archive);
+    a_ = read_values[0];
+    b_ = read_values[1];
+    c_ = read_values[2];
+    alpha_ = read_values[3];
+    beta_ = read_values[4];
+    gamma_ = read_values[5];
+    spacegroup_ = group;
+    update_matrices();
 }

@@ -1,5 +1,6 @@
 #include "Spacegroup.h"
 
+#include "Archive.h"
 #include "MoleculeError.h"
 #include "SpacegroupTable.h"
 
@@ -244,4 +245,47 @@ std::ostream& operator<<(std::ostream& out, const Spacegroup& g)
 {
     g.print(out);
     return out;
+}
+
+void Spacegroup::write(Archive& archive) const
+{
+    archive.write_int32(number_);
+    archive.write_string(name_);
+    archive.write_int32(setting_);
+    archive.write_int32(row_);
+    archive.write_int32(nsymmops());
+    for (const SymmOp& op : symmops())
+        for (int r = 0; r < 3; ++r)
+            for (int c = 0; c < 4; ++c)
+                archive.write_double(op(r, c));
+}
+
+void Spacegroup::read(Archive& archive)
+{
+    const int32_t number = archive.read_int32();
+    std::string name = archive.read_string();
+    const int32_t setting = archive.read_int32();
+    const int32_t row = archive.read_int32();
+    const int32_t count = archive.read_int32();
+    if (row < -1 || row >= static_cast<int32_t>(SpacegroupTable::size()))
+        throw molecule_error("Spacegroup::read - bad table row: " + std::to_string(row));
+    if (count < 0)
+        throw molecule_error("Spacegroup::read - bad operator count: " + std::to_string(count));
+    // No reserve: a damaged count must run into the end of the data, not into memory.
+    std::vector<SymmOp> ops;
+    for (int32_t i = 0; i < count; ++i) {
+        SymmOp op;
+        for (int r = 0; r < 3; ++r)
+            for (int c = 0; c < 4; ++c)
+                op(r, c) = archive.read_double();
+        ops.push_back(op);
+    }
+    number_ = number;
+    name_ = std::move(name);
+    setting_ = setting;
+    row_ = row;
+    if (row >= 0 && ops == row_symmops(row))
+        symmops_ = std::shared_ptr<const std::vector<SymmOp>>(std::shared_ptr<void>(), &row_symmops(row));
+    else
+        symmops_ = std::make_shared<const std::vector<SymmOp>>(std::move(ops));
 }

@@ -1,5 +1,7 @@
 #include "SymmMap.h"
 
+#include "Archive.h"
+
 #include <iomanip>
 #include <ostream>
 
@@ -17,4 +19,24 @@ std::ostream& operator<<(std::ostream& out, const SymmMap& m)
 {
     m.print(out);
     return out;
+}
+
+void SymmMap::write(Archive& archive) const
+{
+    archive.write_int32(id);
+    archive.write_int32(op);
+    archive.write_double(trans.x);
+    archive.write_double(trans.y);
+    archive.write_double(trans.z);
+}
+
+void SymmMap::read(Archive& archive)
+{
+    // Into locals first, so that a truncated archive leaves the map as it was.
+    const int32_t i = archive.read_int32();
+    const int32_t o = archive.read_int32();
+    const double x = archive.read_double(), y = archive.read_double(), z = archive.read_double();
+    id = i;
+    op = o;
+    trans = Vector3D(x, y, z);
 }

@@ -82,18 +82,17 @@ void CifDataBlock::add_loop(const HCifLoop& loop)
     }
     // Only an item that was looped before can stand in another loop; checking just those keeps
     // adding a loop independent of the number of loops in the block.
-    std::vector<bool> was_looped;
-    for (const HCifDataItem& column : columns) {
-        was_looped.push_back(column->is_looped());
-        column->set_looped();
-    }
+    // The columns are marked looped only once the loop is accepted: a refused loop leaves every
+    // item as it was.
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        if (!was_looped[i])
+        if (!columns[i]->is_looped())
             continue;
         for (const HCifLoop& existing : loops_)
             if (existing != loop && existing->contains(loop->names()[i]))
                 throw CifErrorException(CifError(318, loop->names()[i], line_));
     }
+    for (const HCifDataItem& column : columns)
+        column->set_looped();
     loops_.push_back(loop);
 }
 

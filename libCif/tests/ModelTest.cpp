@@ -288,6 +288,8 @@ TEST(CifDataBlock, AddLoopRefusesBadLoops)
                   "318:_b@7");
     }
     EXPECT_EQ(block->loops().size(), 1u);
+    // The refused loop leaves _c a single item, as it was.
+    EXPECT_EQ(contents(*block), "_a*=v_a _b*=v_b _c=v_c loop(_a _b)");
 }
 
 TEST(CifDataBlock, MakeLoopRemoveItemAndCopies)

@@ -12,17 +12,15 @@ CifDataBlock::CifDataBlock(const std::string& name, std::int32_t line, const HCi
 
 HCifDataItem CifDataBlock::item(const std::string& name) const
 {
-    auto it = by_name_.find(name);
-    return it == by_name_.end() ? HCifDataItem() : it->second;
+    return by_name_.find(name);
 }
 
 HCifDataItem CifDataBlock::add_item(const std::string& name)
 {
-    auto it = by_name_.lower_bound(name);
-    if (it != by_name_.end() && cif_names_equal(it->first, name))
-        return it->second;
+    if (HCifDataItem found = by_name_.find(name))
+        return found;
     HCifDataItem created(new CifDataItem(name, dictionary_));
-    by_name_.emplace_hint(it, std::string_view(created->name()), created);
+    by_name_.insert(created);
     items_.push_back(created);
     return created;
 }
@@ -138,10 +136,9 @@ void CifDataBlock::make_loop(const std::vector<std::string>& names)
 
 void CifDataBlock::remove_item(const std::string& name)
 {
-    auto found = by_name_.find(name);
-    if (found == by_name_.end())
+    HCifDataItem removed = by_name_.find(name);
+    if (!removed)
         return;
-    HCifDataItem removed = found->second;
     if (removed->is_looped()) {
         for (auto it = loops_.begin(); it != loops_.end(); ++it) {
             if (!(*it)->contains(name))
@@ -153,7 +150,7 @@ void CifDataBlock::remove_item(const std::string& name)
         }
     }
     items_.remove(removed);
-    by_name_.erase(found);
+    by_name_.erase(removed);
 }
 
 bool CifDataBlock::copy_item(const std::string& name, const CifDataBlock& source, bool keep_existing)

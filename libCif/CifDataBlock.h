@@ -6,6 +6,7 @@
 #include "CifDictionary.h"
 #include "CifLoop.h"
 #include "CifNameCompare.h"
+#include "CifNameIndex.h"
 #include "THandle.h"
 
 #include <cstdint>
@@ -59,8 +60,7 @@ private:
     Items items_;
     std::int32_t line_;
     std::string name_;
-    // Keyed by a view of each item's own name, which never changes, to save a copy per item.
-    std::map<std::string_view, HCifDataItem, CifNameLess> by_name_;
+    CifNameIndex by_name_;
     HCifDictionary dictionary_;
     Loops loops_;
 };

@@ -4,7 +4,7 @@
 #include "CifValueForm.h"
 
 CifDataItem::CifDataItem(const std::string& name, const HCifDictionary& dictionary)
-    : name_(name), check_(cif_value_check_kind(name)), dictionary_(dictionary)
+    : name_(name), dictionary_(dictionary), check_(cif_value_check_kind(name))
 {
 }
 
@@ -47,7 +47,7 @@ void CifDataItem::add_value(const std::string& text)
     values_.push_back(text);
 }
 
-int CifDataItem::set_value(std::size_t row, std::string_view text)
+int CifDataItem::set_value_checked(std::size_t row, std::string_view text)
 {
     guard("set_value", row);
     // The text is copied for the check only when a dictionary defines the name.

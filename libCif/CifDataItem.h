@@ -31,7 +31,15 @@ public:
 
     int set_single_value(const std::string& text);
     void add_value(const std::string& text);
-    int set_value(std::size_t row, std::string_view text);
+    int set_value(std::size_t row, std::string_view text)
+    {
+        // A loop being read appends value after value to columns that no dictionary checks.
+        if (looped_ && row == values_.size() && unchecked()) {
+            values_.push_back(text);
+            return 0;
+        }
+        return set_value_checked(row, text);
+    }
     void copy_value(const CifDataItem& other);
     std::string value(std::size_t row) const;
     std::string_view value_view(std::size_t row) const;
@@ -54,21 +62,30 @@ public:
 
 private:
     void guard(const char* action, std::size_t row) const;
+    int set_value_checked(std::size_t row, std::string_view text);
+    // Whether no check applies to the values, known without asking the dictionary again.
+    bool unchecked() const
+    {
+        const CifDictionary* dictionary = dictionary_.get();
+        return dictionary && entry_revision_ == dictionary->revision() &&
+               (check_ == CifValueCheckKind::None || (check_ == CifValueCheckKind::Standard && !entry_));
+    }
     void store(std::size_t row, std::string_view text);
-
-    std::string name_;
-    CifValueCheckKind check_;
-    CifValueList values_;
-    mutable CifValueRange range_; // parsed again when the entry changes
-    HCifDictionary dictionary_;
-    bool looped_ = false;
-    std::int32_t line_ = -1;
     const CifDictionaryEntry* entry() const;
+
+    // In an order that leaves no holes: a file holds many items, most of them of one value.
+    std::string name_;
+    CifValueList values_;
+    HCifDictionary dictionary_;
 
     // The dictionary's entry for this name, asked once per revision of the dictionary rather
     // than once per value.
     mutable std::uint64_t entry_revision_ = UINT64_MAX;
     mutable const CifDictionaryEntry* entry_ = nullptr;
+    mutable CifValueRange range_; // parsed again when the entry changes
+    CifValueCheckKind check_;
+    std::int32_t line_ = -1;
+    bool looped_ = false;
 };
 
 using HCifDataItem = THandle<CifDataItem>;

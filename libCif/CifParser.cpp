@@ -1,6 +1,7 @@
 #include "CifParser.h"
 
-#include <set>
+#include "CifNameIndex.h"
+
 #include <utility>
 
 namespace {
@@ -153,7 +154,7 @@ void CifParser::heading(const CifToken& token)
         block_->set_comment(0, pending_);
         pending_.clear();
     }
-    CifToken next;
+    CifToken& next = next_token_;
     for (;;) {
         tokeniser_.next(next);
         if (next.kind != CifComment || next.line < token.line || next.line > token.end_line)
@@ -175,7 +176,7 @@ HCifDataItem CifParser::name(const CifToken& token)
     if (token.text.size() > data_name_limit)
         add(CifError(306, token.text, token.line));
 
-    CifToken value;
+    CifToken& value = value_token_;
     gather_comments(between, value);
     std::int32_t value_line = -1, value_end = -1;
     HCifDataItem item;
@@ -202,7 +203,7 @@ HCifDataItem CifParser::name(const CifToken& token)
     } else {
         pending_ += between;
     }
-    CifToken next;
+    CifToken& next = next_token_;
     for (;;) {
         tokeniser_.next(next);
         if (next.kind != CifComment || next.line < value_line || next.line > value_end)
@@ -268,12 +269,14 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
     std::vector<HCifDataItem> columns;
     std::vector<std::string> names; // the columns that are kept, for the new loop
     HCifDataItem first_item;
-    std::set<std::string, CifNameLess> in_header;
+    CifNameIndex in_header;
     while (token.kind == CifName) {
         HCifDataItem item = block_->add_item(token.text);
         if (!first_item)
             first_item = item;
-        const bool repeated = !in_header.insert(token.text).second;
+        const bool repeated = static_cast<bool>(in_header.find(token.text));
+        if (!repeated)
+            in_header.insert(item);
         const bool elsewhere = !repeated && item->is_looped();
         if (item->type() == CifDictionaryEntry::UnknownType)
             add(CifError(320, token.text, token.line));
@@ -314,10 +317,9 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
     }
 
     if (!names.empty()) {
-        HCifLoop loop(new CifLoop(names));
-        for (const HCifDataItem& column : columns)
-            if (column)
-                column->set_looped();
+        // add_loop marks the columns looped. None of them stands in another loop (those are not
+        // kept), so it has no other loop of the block to search.
+        HCifLoop loop(new CifLoop(std::move(names)));
         if (!before.empty())
             loop->set_comment(1, before);
         if (!after.empty())
@@ -332,44 +334,50 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
         pending_ = before + after + pending_;
     }
 
-    for (std::size_t row = 0;; ++row) {
-        for (const HCifDataItem& column : columns) {
-            std::string_view inline_value;
-            std::int32_t value_line = 0;
-            if (tokeniser_.next_inline_value(inline_value, value_line)) {
-                if (!column)
-                    continue;
-                const int result = column->set_value(row, inline_value);
-                if (result != 0)
-                    add(CifError(cif_check_result_code(result), column->name(), value_line));
-                continue;
-            }
-            do
-                tokeniser_.next(token);
-            while (token.kind & comment_or_blank);
-            if (token.kind != CifValueToken) {
-                tokeniser_.push_front(std::move(token));
-                add(CifError(322, loop_line));
-                return first_item;
-            }
-            if (!column)
-                continue;
-            const int result = column->set_value(row, token.text);
-            if (result != 0)
-                add(CifError(cif_check_result_code(result), column->name(), token.line));
-        }
-        pending_.clear();
-        // Another value on the same line: the next row begins, with nothing between.
-        if (tokeniser_.inline_value_follows())
-            continue;
-        gather_comments(pending_, token);
-        const bool more = token.kind == CifValueToken;
-        tokeniser_.push_front(std::move(token));
-        if (!more)
-            break;
+    if (!read_rows(columns)) {
+        add(CifError(322, loop_line));
+        return first_item;
     }
     for (const HCifDataItem& column : columns)
         if (column)
             column->shrink_to_fit();
     return first_item;
+}
+
+bool CifParser::read_rows(const std::vector<HCifDataItem>& columns)
+{
+    // Comments and blank lines between rows are kept in pending_ until the next row is whole: the
+    // ones after the last row, or before a row cut short, go on to the next owner. Those inside a
+    // row are dropped.
+    CifToken token;
+    for (std::size_t row = 0;; ++row) {
+        for (std::size_t c = 0; c < columns.size(); ++c) {
+            const bool between_rows = c == 0 && row > 0;
+            std::string_view text;
+            std::int32_t value_line = 0;
+            bool is_value = true;
+            while (!tokeniser_.next_value(token, text, value_line)) {
+                if (token.kind & comment_or_blank) {
+                    if (between_rows)
+                        append_comment(pending_, token);
+                    continue;
+                }
+                is_value = token.kind == CifValueToken;
+                text = token.text;
+                value_line = token.line;
+                break;
+            }
+            if (!is_value) {
+                tokeniser_.push_front(std::move(token));
+                return between_rows;
+            }
+            const HCifDataItem& column = columns[c];
+            if (!column)
+                continue;
+            const int result = column->set_value(row, text);
+            if (result != 0)
+                add(CifError(cif_check_result_code(result), column->name(), value_line));
+        }
+        pending_.clear();
+    }
 }

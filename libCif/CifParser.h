@@ -21,6 +21,9 @@ private:
     // Gives the item of that name afterwards, or null if there is none.
     HCifDataItem set_item(const CifToken& name, const CifToken& value);
     HCifDataItem read_loop(std::int32_t loop_line);
+    // Reads rows into the columns (null: values not kept) up to the first token that is no
+    // value; false if that token cuts a row short.
+    bool read_rows(const std::vector<HCifDataItem>& columns);
     void stray_value(const CifToken& token, const HCifDataItem& last_item, bool& stray_reported);
     bool swallowed_names(const HCifDataItem& item);
     void duplicate(const HCifDataItem& item, const std::string& name, std::int32_t line);
@@ -39,6 +42,9 @@ private:
     std::unordered_map<std::string, int> block_names_;
     const CifDataItem* swallow_checked_ = nullptr;
     bool swallowed_ = false;
+    // Tokens read for each item, kept so that their texts keep their room from item to item.
+    CifToken value_token_;
+    CifToken next_token_;
 };
 
 #endif

@@ -2,9 +2,14 @@
 
 #include "CifNameCompare.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace {
 
@@ -33,30 +38,61 @@ struct ByteClasses {
 };
 const ByteClasses byte_classes;
 
-// After control bytes have become blanks, a line holds no other white space than these. The
-// line buffer ends in a NUL, which no line holds (control bytes are blanks by then), so scans
-// stop there without a length test.
-struct WordClasses {
-    bool white[256] = {};
-    bool word_end[256] = {};
-    WordClasses()
-    {
-        for (unsigned char c : {' ', '\t', '\v', '\f'})
-            white[c] = word_end[c] = true;
-        word_end[0] = true;
-    }
-};
-const WordClasses word_classes;
-
 inline bool is_white(char c)
 {
-    return word_classes.white[static_cast<unsigned char>(c)];
+    return cif_word_classes.white[static_cast<unsigned char>(c)];
 }
 
 inline bool is_graphic(char c)
 {
     const unsigned char u = static_cast<unsigned char>(c);
     return u > 32 && u < 127;
+}
+
+// Whether any of 8 bytes is below a blank or above '~': the test is exact for the word as a whole
+// (borrows and carries start only at such bytes), though not for which byte it is.
+inline bool has_unusual_byte(std::uint64_t w)
+{
+    constexpr std::uint64_t ones = 0x0101010101010101u;
+    constexpr std::uint64_t highs = 0x8080808080808080u;
+    return ((((w - ones * 0x20) & ~w) | w | (w + ones)) & highs) != 0;
+}
+
+// The length of the run of plain bytes that `run` begins with, up to n. Lines are mostly
+// printable ASCII, tested 16 or 8 bytes at a time; a block with a tab or another unusual byte is
+// looked at byte by byte from that byte on, and the scan goes on past tabs.
+inline std::size_t plain_run(const unsigned char* run, std::size_t n)
+{
+    std::size_t k = 0;
+    for (;;) {
+#ifdef __SSE2__
+        // As signed bytes, those below a blank and those from 128 up are all less than 0x20.
+        const __m128i blank = _mm_set1_epi8(0x20);
+        const __m128i del = _mm_set1_epi8(0x7f);
+        while (k + 16 <= n) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run + k));
+            const int unusual =
+                _mm_movemask_epi8(_mm_or_si128(_mm_cmplt_epi8(block, blank), _mm_cmpeq_epi8(block, del)));
+            if (unusual != 0) {
+                k += static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(unusual)));
+                break;
+            }
+            k += 16;
+        }
+#endif
+        while (k + 8 <= n) {
+            std::uint64_t w;
+            std::memcpy(&w, run + k, 8);
+            if (has_unusual_byte(w))
+                break;
+            k += 8;
+        }
+        const std::size_t stop = k + 8 < n ? k + 8 : n;
+        while (k < stop && byte_classes.of[run[k]] == Plain)
+            ++k;
+        if (k < stop || k == n)
+            return k;
+    }
 }
 
 // Copies without the aliasing checks of assign(): the source is never the string itself.
@@ -142,9 +178,7 @@ bool CifTokeniser::read_line()
                 n = room;
             if (index < static_cast<int>(line_limit_) && n > line_limit_ - static_cast<unsigned>(index))
                 n = line_limit_ - static_cast<unsigned>(index);
-            std::size_t k = 0;
-            while (k < n && byte_classes.of[run[k]] == Plain)
-                ++k;
+            const std::size_t k = plain_run(run, n);
             std::memcpy(buffer_ + index, run, k);
             index += static_cast<int>(k);
             chunk_pos_ += k;
@@ -198,6 +232,28 @@ bool CifTokeniser::read_line()
     return true;
 }
 
+void CifTokeniser::push_front(const CifToken& token)
+{
+    if (queued_ == queue_.size())
+        queue_.emplace_back();
+    CifToken& slot = queue_[queued_++];
+    slot.kind = token.kind;
+    slot.text.assign(token.text);
+    slot.line = token.line;
+    slot.end_line = token.end_line;
+}
+
+void CifTokeniser::push_front(CifToken&& token)
+{
+    if (queued_ == queue_.size())
+        queue_.emplace_back();
+    CifToken& slot = queue_[queued_++];
+    slot.kind = token.kind;
+    slot.text.swap(token.text);
+    slot.line = token.line;
+    slot.end_line = token.end_line;
+}
+
 CifToken CifTokeniser::next()
 {
     CifToken token;
@@ -205,26 +261,33 @@ CifToken CifTokeniser::next()
     return token;
 }
 
-void CifTokeniser::next(CifToken& token)
+bool CifTokeniser::advance(CifToken& token, std::string_view* text, std::int32_t* line)
 {
-    if (!queue_.empty()) {
-        token = std::move(queue_.back());
-        queue_.pop_back();
-        return;
+    if (queued_ > 0) {
+        CifToken& queued = queue_[--queued_];
+        token.kind = queued.kind;
+        token.text.swap(queued.text);
+        token.line = queued.line;
+        token.end_line = queued.end_line;
+        return false;
     }
     for (;;) {
         while (is_white(buffer_[pos_]))
             ++pos_;
         if (pos_ < length_) {
+            if (text && take_inline_value(*text)) {
+                *line = line_number_;
+                return true;
+            }
             scan_word(token);
-            return;
+            return false;
         }
 
         if (!read_line()) {
             token.kind = CifEnd;
             token.text.clear();
             token.line = token.end_line = line_number_;
-            return;
+            return false;
         }
         const bool indented = length_ > 0 && is_white(buffer_[0]);
         while (pos_ < length_ && is_white(buffer_[pos_]))
@@ -233,7 +296,7 @@ void CifTokeniser::next(CifToken& token)
             token.kind = CifBlank;
             token.text.clear();
             token.line = token.end_line = line_number_;
-            return;
+            return false;
         }
         if (buffer_[pos_] != ';')
             continue;
@@ -248,7 +311,7 @@ void CifTokeniser::next(CifToken& token)
             token.text += '\n';
             if (!read_line()) {
                 errors_->add(CifError(353, line_number_));
-                return;
+                return false;
             }
             int close = -1;
             if (length_ > 0 && buffer_[0] == ';') {
@@ -265,21 +328,15 @@ void CifTokeniser::next(CifToken& token)
             if (close >= 0) {
                 pos_ = close + 1;
                 token.end_line = line_number_;
-                return;
+                return false;
             }
             token.text.append(buffer_, static_cast<std::size_t>(length_));
         }
     }
 }
 
-bool CifTokeniser::inline_value_at(int& start, int& length, int& next_pos)
+bool CifTokeniser::take_inline_value(std::string_view& text)
 {
-    if (!queue_.empty())
-        return false;
-    while (is_white(buffer_[pos_]))
-        ++pos_;
-    if (pos_ >= length_)
-        return false;
     const char first = buffer_[pos_];
     if (first == '#' || first == '_')
         return false;
@@ -287,41 +344,25 @@ bool CifTokeniser::inline_value_at(int& start, int& length, int& next_pos)
         for (int i = pos_ + 1; i < length_; ++i) {
             if (buffer_[i] == first && buffer_[i - 1] != '\\' &&
                 (i + 1 >= length_ || !is_graphic(buffer_[i + 1]))) {
-                start = pos_ + 1;
-                length = i - start;
-                next_pos = i + 1;
+                text = std::string_view(buffer_ + pos_ + 1, static_cast<std::size_t>(i - pos_ - 1));
+                pos_ = i + 1;
                 return true;
             }
         }
-        return false; // an unterminated quote: next() reports it
+        return false; // an unterminated quote: scan_word reports it
     }
     int end = pos_;
-    while (!word_classes.word_end[static_cast<unsigned char>(buffer_[end])])
+    while (!cif_word_classes.word_end[static_cast<unsigned char>(buffer_[end])])
         ++end;
     const std::string_view word(buffer_ + pos_, static_cast<std::size_t>(end - pos_));
-    if (cif_starts_with_nocase(word, "data_") || cif_starts_with_nocase(word, "loop_"))
+    // Only a word that begins with d or l can be a heading or a loop.
+    const unsigned char folded = static_cast<unsigned char>(first) | 0x20;
+    if ((folded == 'd' || folded == 'l') &&
+        (cif_starts_with_nocase(word, "data_") || cif_starts_with_nocase(word, "loop_")))
         return false;
-    start = pos_;
-    length = end - pos_;
-    next_pos = end;
+    text = word;
+    pos_ = end;
     return true;
-}
-
-bool CifTokeniser::next_inline_value(std::string_view& text, std::int32_t& line)
-{
-    int start = 0, length = 0, next_pos = 0;
-    if (!inline_value_at(start, length, next_pos))
-        return false;
-    text = std::string_view(buffer_ + start, static_cast<std::size_t>(length));
-    line = line_number_;
-    pos_ = next_pos;
-    return true;
-}
-
-bool CifTokeniser::inline_value_follows()
-{
-    int start = 0, length = 0, next_pos = 0;
-    return inline_value_at(start, length, next_pos);
 }
 
 void CifTokeniser::scan_word(CifToken& token)
@@ -355,7 +396,7 @@ void CifTokeniser::scan_word(CifToken& token)
     }
 
     const int start = pos_;
-    while (!word_classes.word_end[static_cast<unsigned char>(buffer_[pos_])])
+    while (!cif_word_classes.word_end[static_cast<unsigned char>(buffer_[pos_])])
         ++pos_;
     set_text(token.text, buffer_ + start, static_cast<std::size_t>(pos_ - start));
     if (first == '_')

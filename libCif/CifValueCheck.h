@@ -10,9 +10,9 @@ enum class CifValueCheckKind { Standard, Flags, FirstWord, None };
 
 // The range of an item as parsed from its dictionary text, once per item.
 struct CifValueRange {
-    bool parsed = false;
     float low = 0.0f;
     float high = 0.0f;
+    bool parsed = false;
     bool has_low = false;
     bool has_high = false;
 };

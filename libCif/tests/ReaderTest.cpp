@@ -201,6 +201,18 @@ TEST(Reader, BuildsTheModelAndReportsFindings)
         {"data_a\nloop_ _a _b\n;x\n;\n'2 3'\n", "data_a@1{_a*=x\\n _b*=2 3 loop(_a,_b)}", ""},
         {"data_a\nloop_ _a _b\n1 # c\n2 3 4\n", "data_a@1{_a*=1|3 _b*=2|4 loop(_a,_b)}", ""},
         {"data_a\nloop_ _a 1\nloop_ _b 2\n", "data_a@1{_a*=1 _b*=2 loop(_a) loop(_b)}", ""},
+        // Values taken straight from the line: words that only look like keywords, quotes, a '#'
+        // inside a word, tabs, and rows that run over several lines with comments between.
+        {"data_a\nloop_ _a _b\ndx lx\nDATA Loop\nd l\n", "data_a@1{_a*=dx|DATA|d _b*=lx|Loop|l loop(_a,_b)}",
+         ""},
+        {"data_a\nloop_ _a _b\n'x y' a#b\t\"q\"\n'it's' ;z\n",
+         "data_a@1{_a*=x y|q|;z _b*=a#b|it's loop(_a,_b)}", "322@2"},
+        {"data_a\nloop_ _a _b _c\n1\n\n# inside\n2\n3 4\n  5 # after\n6\n",
+         "data_a@1{_a*=1|4 _b*=2|5 _c*=3|6 loop(_a,_b,_c)}", ""},
+        {"data_a\nloop_ _a _b\n1 'x\n2 3\n", "data_a@1{_a*=1|2 _b*=x|3 loop(_a,_b)}", "350@3[']"},
+        {"data_a\nloop_ _a _b\n1 2 _c 3\n", "data_a@1{_a*=1 _b*=2 _c=3 loop(_a,_b)}", ""},
+        {"data_a\nloop_ _a _b\n1 2 3 Loop_\n_c 4\n", "data_a@1{_a*=1|3 _b*=2 _c*=4 loop(_a,_b) loop(_c)}",
+         "322@2"},
         // The value check runs for every stored value; the flags check needs no dictionary.
         {"data_a\nloop_ _atom_site_refinement_flags\nS\n\n?\n",
          "data_a@1{_atom_site_refinement_flags*=S|? loop(_atom_site_refinement_flags)}",

@@ -49,11 +49,7 @@ void CifNameIndex::insert(const HCifDataItem& item)
     // At most three quarters full, so that a probe soon meets a free slot.
     if (4 * (count_ + 1) > 3 * slots_.size())
         grow();
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t i = home(item->name());
-    while (slots_[i])
-        i = (i + 1) & mask;
-    slots_[i] = item;
+    slots_[free_slot(item->name())] = item;
     ++count_;
 }
 
@@ -86,13 +82,21 @@ void CifNameIndex::grow()
 {
     std::vector<HCifDataItem> old(slots_.empty() ? 16 : 2 * slots_.size());
     old.swap(slots_);
-    const std::size_t mask = slots_.size() - 1;
     for (HCifDataItem& item : old) {
         if (!item)
             continue;
-        std::size_t i = home(item->name());
-        while (slots_[i])
-            i = (i + 1) & mask;
+        // The slot first: the handle's assignment takes its argument before the left side is
+        // worked out, and the name is gone once the handle has been moved from.
+        const std::size_t i = free_slot(item->name());
         slots_[i] = std::move(item);
     }
+}
+
+std::size_t CifNameIndex::free_slot(std::string_view name) const
+{
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t i = home(name);
+    while (slots_[i])
+        i = (i + 1) & mask;
+    return i;
 }

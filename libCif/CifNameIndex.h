@@ -24,6 +24,8 @@ public:
 private:
     std::size_t home(std::string_view name) const { return hash(name) & (slots_.size() - 1); }
     void grow();
+    // The first free slot on the probe path of a name.
+    std::size_t free_slot(std::string_view name) const;
 
     std::vector<HCifDataItem> slots_; // a power of two of them, or none; null where free
     std::size_t count_ = 0;

@@ -154,6 +154,16 @@ Spacegroup::Spacegroup(const std::vector<SymmOp>& symmops, int32_t number, const
     }
 }
 
+namespace {
+
+// The table's rows live for the whole process, so a group shares a row's list without owning it.
+std::shared_ptr<const std::vector<SymmOp>> shared_row_symmops(int32_t row)
+{
+    return std::shared_ptr<const std::vector<SymmOp>>(std::shared_ptr<void>(), &Spacegroup::row_symmops(row));
+}
+
+} // namespace
+
 void Spacegroup::take_row(int32_t row)
 {
     const SpacegroupRow& r = SpacegroupTable::rows()[row];
@@ -161,7 +171,7 @@ void Spacegroup::take_row(int32_t row)
     name_ = r.name;
     setting_ = r.setting;
     row_ = row;
-    symmops_ = std::shared_ptr<const std::vector<SymmOp>>(std::shared_ptr<void>(), &row_symmops(row));
+    symmops_ = shared_row_symmops(row);
 }
 
 const std::vector<SymmOp>& Spacegroup::row_symmops(int32_t row)
@@ -285,7 +295,7 @@ void Spacegroup::read(Archive& archive)
     setting_ = setting;
     row_ = row;
     if (row >= 0 && ops == row_symmops(row))
-        symmops_ = std::shared_ptr<const std::vector<SymmOp>>(std::shared_ptr<void>(), &row_symmops(row));
+        symmops_ = shared_row_symmops(row);
     else
         symmops_ = std::make_shared<const std::vector<SymmOp>>(std::move(ops));
 }

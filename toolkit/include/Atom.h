@@ -2,6 +2,8 @@
 
 #include "Element.h"
 #include "MoleculeHandles.h"
+#include "Site.h"
+#include "SymmMap.h"
 
 #include <cstdint>
 #include <iosfwd>

@@ -21,6 +21,9 @@ public:
     // Only mode 0 exists; any other fails with "BondDetector::Mode not implemented!".
     explicit BondDetector(int mode = 0);
 
+    // The rule for one pair at a given distance.
+    static bool bonded(double distance, const Element& a, const Element& b);
+
     // The bonded pairs (i < j, in order) among the atoms that have sites, measured in the cell's
     // orthogonal frame, after pruning.
     Pairs detect(const std::vector<HAtom>& atoms, const Cell& cell) const;

@@ -2,14 +2,14 @@
 
 #include "MoleculeError.h"
 
-#include <deque>
 #include <map>
+#include <vector>
 
 // Values in order of insertion, found by position and by value alike: the order in which atoms
 // and bonds were added is what a user sees as their numbering.
 template <class Value> class IndexedTable {
 public:
-    using const_iterator = typename std::deque<Value>::const_iterator;
+    using const_iterator = typename std::vector<Value>::const_iterator;
 
     int size() const { return static_cast<int>(values_.size()); }
     bool contains(const Value& v) const { return positions_.count(v) != 0; }
@@ -40,7 +40,7 @@ public:
             positions_[values_[static_cast<std::size_t>(k)]] = k;
     }
     // Puts the values in the order given by `order`, a permutation of the positions.
-    void reorder(const std::deque<Value>& order)
+    void reorder(const std::vector<Value>& order)
     {
         values_ = order;
         for (int k = 0; k < size(); ++k)
@@ -55,6 +55,6 @@ public:
     const_iterator end() const { return values_.end(); }
 
 private:
-    std::deque<Value> values_;
+    std::vector<Value> values_;
     std::map<Value, int> positions_;
 };

@@ -55,7 +55,7 @@ protected:
     void add_edge(const HBond& bond, const HAtom& atom1, const HAtom& atom2);
     void remove_node(const HAtom& atom);
     void remove_edge(const HBond& bond);
-    void reorder_nodes(const std::deque<HAtom>& order);
+    void reorder_nodes(const std::vector<HAtom>& order);
     void clear_graph();
 
 private:

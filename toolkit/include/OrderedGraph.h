@@ -50,7 +50,7 @@ public:
     }
     const IndexedTable<Tn>& nodes() const { return nodes_; }
     const IndexedTable<Te>& edges() const { return edges_; }
-    void reorder_nodes(const std::deque<Tn>& order) { nodes_.reorder(order); }
+    void reorder_nodes(const std::vector<Tn>& order) { nodes_.reorder(order); }
 
 private:
     IndexedTable<Tn> nodes_;

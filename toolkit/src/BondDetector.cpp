@@ -4,6 +4,7 @@
 #include "ElementSet.h"
 #include "Molecule.h"
 #include "MoleculeError.h"
+#include "NeighbourGrid.h"
 #include "Site.h"
 
 #include <algorithm>
@@ -17,14 +18,10 @@ namespace {
 constexpr double radians_to_degrees = 57.29577951308232;
 
 // The one test both searches share, so that the grid and the plain loop agree to the last bit.
-inline bool bonded(const Vector3D& a, const Vector3D& b, const Element& ea, const Element& eb)
+inline bool bonded_at(const Vector3D& a, const Vector3D& b, const Element& ea, const Element& eb)
 {
-    const double limit = Element::max_bond_distance(ea, eb);
-    if (limit == 0.0 || (ea.atomic_number() == 1 && eb.atomic_number() == 1))
-        return false;
     const Vector3D d = a - b;
-    const double distance = std::sqrt(d.x * d.x + d.y * d.y + d.z * d.z);
-    return distance >= Element::min_bond_distance && distance < limit;
+    return BondDetector::bonded(std::sqrt(d.x * d.x + d.y * d.y + d.z * d.z), ea, eb);
 }
 
 bool finite(const Vector3D& v)
@@ -120,6 +117,13 @@ int false_edge(const Vector3D* p[3], const Element* e[3])
 
 } // namespace
 
+bool BondDetector::bonded(double distance, const Element& a, const Element& b)
+{
+    const double limit = Element::max_bond_distance(a, b);
+    return limit != 0.0 && !(a.atomic_number() == 1 && b.atomic_number() == 1) &&
+           distance >= Element::min_bond_distance && distance < limit;
+}
+
 BondDetector::BondDetector(int mode)
 {
     if (mode != 0)
@@ -133,8 +137,8 @@ BondDetector::Pairs BondDetector::detect_all_pairs(const std::vector<Vector3D>& 
     const int n = static_cast<int>(positions.size());
     for (int i = 0; i < n; ++i)
         for (int j = i + 1; j < n; ++j)
-            if (bonded(positions[static_cast<std::size_t>(i)], positions[static_cast<std::size_t>(j)],
-                       elements[static_cast<std::size_t>(i)], elements[static_cast<std::size_t>(j)]))
+            if (bonded_at(positions[static_cast<std::size_t>(i)], positions[static_cast<std::size_t>(j)],
+                          elements[static_cast<std::size_t>(i)], elements[static_cast<std::size_t>(j)]))
                 pairs.emplace_back(i, j);
     return pairs;
 }
@@ -142,82 +146,31 @@ BondDetector::Pairs BondDetector::detect_all_pairs(const std::vector<Vector3D>& 
 BondDetector::Pairs BondDetector::detect_positions(const std::vector<Vector3D>& positions,
                                                    const std::vector<Element>& elements)
 {
-    const std::size_t n = positions.size();
+    // Only atoms that can bond go into the grid, and its cubes are as wide as the longest bond
+    // among them.
     double longest_radius = 0.0;
-    Vector3D low(std::numeric_limits<double>::max(), std::numeric_limits<double>::max(),
-                 std::numeric_limits<double>::max());
-    Vector3D high = -low;
-    std::vector<std::size_t> candidates;
-    for (std::size_t i = 0; i < n; ++i) {
-        if (!finite(positions[i]) || elements[i].bond_radius() == 0.0)
-            continue;
-        candidates.push_back(i);
-        longest_radius = std::max(longest_radius, elements[i].bond_radius());
-        for (int k = 0; k < 3; ++k) {
-            low[k] = std::min(low[k], positions[i][k]);
-            high[k] = std::max(high[k], positions[i][k]);
+    std::vector<Vector3D> binned(positions.size(), Vector3D(std::nan(""), 0, 0));
+    for (std::size_t i = 0; i < positions.size(); ++i)
+        if (finite(positions[i]) && elements[i].bond_radius() > 0.0) {
+            binned[i] = positions[i];
+            longest_radius = std::max(longest_radius, elements[i].bond_radius());
         }
-    }
+    const NeighbourGrid grid(binned, 2 * longest_radius + 0.45);
+    // No real structure packs more than a few atoms into each cubic Angstrom: positions crowded
+    // beyond that come from a wrong cell or wrong coordinates, and would bond by the million.
+    const double most = std::max(1000.0, 2 * std::pow(grid.width(), 3));
+    if (static_cast<double>(grid.fullest_cube()) > most)
+        throw molecule_error("BondDetector: " + std::to_string(grid.fullest_cube()) + " atoms lie within " +
+                             std::to_string(static_cast<int>(std::ceil(grid.width()))) +
+                             " Angstroms of one another; the coordinates or the cell cannot be right");
     Pairs pairs;
-    if (candidates.empty())
-        return pairs;
-
-    // Cells at least as wide as the longest bond there can be, widened where the atoms are so
-    // spread that a fine grid would be mostly empty: memory stays in proportion to the atoms.
-    double width = 2 * longest_radius + 0.45;
-    const double budget = 4.0 * static_cast<double>(candidates.size()) + 64.0;
-    long dims[3];
-    for (;;) {
-        double cells = 1;
-        for (int k = 0; k < 3; ++k) {
-            dims[k] = static_cast<long>(std::min((high[k] - low[k]) / width, 1e9)) + 1;
-            cells *= static_cast<double>(dims[k]);
-        }
-        if (cells <= budget)
-            break;
-        width *= std::max(1.01, std::cbrt(cells / budget));
-    }
-    const auto cell_of = [&](const Vector3D& p, long c[3]) {
-        for (int k = 0; k < 3; ++k)
-            c[k] = std::min(dims[k] - 1, static_cast<long>((p[k] - low[k]) / width));
-    };
-    const auto flat = [&](const long c[3]) {
-        return static_cast<std::size_t>((c[0] * dims[1] + c[1]) * dims[2] + c[2]);
-    };
-
-    // Atoms sorted by cell: start[c] to start[c + 1] are the atoms of cell c.
-    std::vector<std::size_t> start(static_cast<std::size_t>(dims[0] * dims[1] * dims[2]) + 1, 0);
-    std::vector<std::size_t> cell_index(candidates.size());
-    for (std::size_t k = 0; k < candidates.size(); ++k) {
-        long c[3];
-        cell_of(positions[candidates[k]], c);
-        cell_index[k] = flat(c);
-        ++start[cell_index[k] + 1];
-    }
-    for (std::size_t c = 1; c < start.size(); ++c)
-        start[c] += start[c - 1];
-    std::vector<std::size_t> members(candidates.size());
-    std::vector<std::size_t> fill(start.begin(), start.end() - 1);
-    for (std::size_t k = 0; k < candidates.size(); ++k)
-        members[fill[cell_index[k]]++] = candidates[k];
-
-    for (std::size_t i : candidates) {
-        long c[3];
-        cell_of(positions[i], c);
-        for (long dx = -1; dx <= 1; ++dx)
-            for (long dy = -1; dy <= 1; ++dy)
-                for (long dz = -1; dz <= 1; ++dz) {
-                    const long o[3] = {c[0] + dx, c[1] + dy, c[2] + dz};
-                    if (o[0] < 0 || o[1] < 0 || o[2] < 0 || o[0] >= dims[0] || o[1] >= dims[1] ||
-                        o[2] >= dims[2])
-                        continue;
-                    const std::size_t f = flat(o);
-                    for (std::size_t m = start[f]; m < start[f + 1]; ++m) {
-                        const std::size_t j = members[m];
-                        if (j > i && bonded(positions[i], positions[j], elements[i], elements[j]))
-                            pairs.emplace_back(static_cast<int>(i), static_cast<int>(j));
-                    }
-                }
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+        if (!finite(binned[i]))
+            continue;
+        grid.for_each_near(positions[i], [&](std::size_t j) {
+            if (j > i && bonded_at(positions[i], positions[j], elements[i], elements[j]))
+                pairs.emplace_back(static_cast<int>(i), static_cast<int>(j));
+        });
     }
     std::sort(pairs.begin(), pairs.end());
     return pairs;
@@ -281,15 +234,16 @@ void BondDetector::prune(Molecule& molecule, const Cell& cell)
     Pairs pairs;
     for (int b = 0; b < molecule.nbonds(); ++b) {
         const HBond bond = molecule.bond(b);
-        pairs.emplace_back(std::minmax(bond->atom1()->index(), bond->atom2()->index()));
+        const int i = bond->atom1()->index(), j = bond->atom2()->index();
+        pairs.emplace_back(std::min(i, j), std::max(i, j));
     }
     std::sort(pairs.begin(), pairs.end());
     const Pairs kept = prune(pairs, positions, elements);
     // Walked from the end, so that removing a bond leaves the numbers still to come as they were.
     for (int b = molecule.nbonds() - 1; b >= 0; --b) {
         const HBond bond = molecule.bond(b);
-        const auto pair = std::minmax(bond->atom1()->index(), bond->atom2()->index());
-        if (!std::binary_search(kept.begin(), kept.end(), std::make_pair(pair.first, pair.second)))
+        const int i = bond->atom1()->index(), j = bond->atom2()->index();
+        if (!std::binary_search(kept.begin(), kept.end(), std::make_pair(std::min(i, j), std::max(i, j))))
             molecule.remove_bond(b);
     }
 }

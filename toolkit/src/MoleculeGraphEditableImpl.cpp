@@ -90,7 +90,7 @@ void MoleculeGraphEditableImpl::reorder_atoms(const std::vector<int>& order)
     std::vector<bool> seen(static_cast<std::size_t>(natoms()), false);
     if (order.size() != seen.size())
         throw molecule_error("Molecule::reorder_atoms: the order must name every atom once.");
-    std::deque<HAtom> atoms;
+    std::vector<HAtom> atoms;
     for (int i : order) {
         if (i < 0 || i >= natoms() || seen[static_cast<std::size_t>(i)])
             throw molecule_error("Molecule::reorder_atoms: the order must name every atom once.");

@@ -221,7 +221,7 @@ void MoleculeGraphImpl::remove_edge(const HBond& given)
     changed();
 }
 
-void MoleculeGraphImpl::reorder_nodes(const std::deque<HAtom>& order)
+void MoleculeGraphImpl::reorder_nodes(const std::vector<HAtom>& order)
 {
     graph_->reorder_nodes(order);
 }

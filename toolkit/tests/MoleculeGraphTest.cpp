@@ -129,6 +129,19 @@ TEST(BondDetector, DistanceRuleAtItsEdges)
     EXPECT_EQ(failure_of([] { BondDetector(1); }), "BondDetector::Mode not implemented!");
 }
 
+// A three-membered ring stays when its angles are those of a ring, and loses its long edge when
+// one angle is as wide as a bond angle: a fluoride bridging two lanthanum atoms at 115 degrees
+// brings them within their bonding distance, 4.04 Angstroms, without a bond between them.
+TEST(BondDetector, PruningOpensWideTriangles)
+{
+    const std::vector<std::pair<std::vector<TestAtom>, int>> cases = {
+        {ring_of({"C", "C", "C"}, 1.51), 3},
+        {{{"La", {-2.02, 0, 0}}, {"La", {2.02, 0, 0}}, {"F", {0, 1.29, 0}}}, 2},
+    };
+    for (const auto& [atoms, bonds] : cases)
+        EXPECT_EQ(molecule_of(atoms)->nbonds(), bonds) << atoms[0].element;
+}
+
 // Edits of a molecule: hydrogens off, atoms merged once, sorting, and the failures of a
 // read-only view.
 TEST(MoleculeGraph, EditsKeepTheGraphWhole)

@@ -128,6 +128,13 @@ TEST(CifStructure, BlocksBecomeCrystalsOrSayWhyNot)
                    "21/n'\nloop_\n_symmetry_equiv_pos_as_xyz\nx,y,z\n?\n-x,-y,-z\n" +
                    one_carbon),
          "", [](const CrystalMaker& m) { EXPECT_EQ(m.spacegroup().name(), "P-1"); }},
+        // Without operators the symbol gives the group: its own setting, not setting 1 of its
+        // number.
+        {"a symbol alone", with_cell("_symmetry_space_group_name_H-M 'P 1 21/n 1'\n" + one_carbon), "",
+         [](const CrystalMaker& m) {
+             EXPECT_EQ(m.spacegroup().name(), "P21/n");
+             EXPECT_EQ(m.nsymmops(), 4);
+         }},
         // Labels and types name elements; a minor disorder part bonds to nothing; uncertainties
         // are kept.
         {"labels, types and disorder",
@@ -209,6 +216,69 @@ TEST(CifStructure, BondsOfRealStructures)
         for (const HMolecule& m : maker->molecules())
             molecules.emplace_back(m->natoms(), m->nbonds());
         EXPECT_EQ(molecules, c.molecules);
+    }
+}
+
+// Three-membered rings that distances alone would close: a neodymium carboxylate's metal reaches
+// past the chelating oxygens to the carbon, a dysprosium borate's metals share oxygens, the
+// aluminium atoms of a silicate meet across oxygens at 141 degrees; the cyclopentadienyl ring of a molybdenum
+// complex is bonded to the metal by all five carbons, and keeps them.
+TEST(CifStructure, PruningDropsFalseBondsOnly)
+{
+    struct Case {
+        const char* file;
+        const char* pair;
+        int bonds;
+    };
+    const std::vector<Case> cases = {
+        {"cod/2000000-no-spacegroup.cif", "C-Nd", 0},    {"cod/2014429-greek-chemname.cif", "B-Dy", 0},
+        {"cod/2014429-greek-chemname.cif", "Dy-Dy", 0},  {"cod/2014429-greek-chemname.cif", "B-O", 6},
+        {"cod/2003335-prepared-cooling.cif", "C-Mo", 5}, {"cod/9000025-fake-comment.cif", "Al-Al", 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.file) + " " + c.pair);
+        const std::string path = corpus + "/" + c.file;
+        if (!fs::exists(path))
+            GTEST_SKIP() << "no corpus at " << corpus;
+        std::ifstream in(path, std::ios::binary);
+        CifFile file;
+        file.read(in);
+        const HMolecule m = file.molecule();
+        int bonds = 0;
+        for (int b = 0; b < m->nbonds(); ++b) {
+            std::string x = m->bond(b)->atom1()->element().symbol(),
+                        y = m->bond(b)->atom2()->element().symbol();
+            if (y < x)
+                std::swap(x, y);
+            bonds += x + "-" + y == c.pair ? 1 : 0;
+        }
+        EXPECT_EQ(bonds, c.bonds);
+    }
+}
+
+// The grid finds exactly the bonds of the plain loop over every pair, on real structures packed
+// over two by two by two cells: a molecular hydrate, a phosphonate polymer and a pyroxene.
+TEST(CifStructure, GridFindsTheBondsOfThePairLoop)
+{
+    for (const char* name : {"cod/2006998-with-extra-tag.cif", "cod/1100772.cif", "cod/1000035.cif"}) {
+        SCOPED_TRACE(name);
+        const std::string path = corpus + "/" + name;
+        if (!fs::exists(path))
+            GTEST_SKIP() << "no corpus at " << corpus;
+        NewCrystal crystal(build_file(path));
+        crystal.set_packing_box(Box({0, 0, 0}, {2, 2, 2}));
+        crystal.set_packing(true);
+        const HCrystal packed = crystal.current();
+        std::vector<Vector3D> positions;
+        std::vector<Element> elements;
+        for (const HMolecule& m : packed->molecules())
+            for (int i = 0; i < m->natoms(); ++i) {
+                positions.push_back(packed->orthogonal(m->atom(i)->site()->frac));
+                elements.push_back(m->atom(i)->element());
+            }
+        const BondDetector::Pairs grid = BondDetector::detect_positions(positions, elements);
+        EXPECT_GT(grid.size(), positions.size() / 2);
+        EXPECT_EQ(grid, BondDetector::detect_all_pairs(positions, elements));
     }
 }
 

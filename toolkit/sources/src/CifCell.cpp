@@ -6,6 +6,7 @@
 #include "NumberText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -130,7 +131,17 @@ Spacegroup CifCell::extract_spacegroup_and_symmops(const CifDataBlock& block,
                 logDebug(2, "CifCell::extract_spacegroup_and_symmops ignoring text: %s", text.c_str());
                 continue;
             }
-            ops.emplace_back(text);
+            SymmOp op(text);
+            // "0.6667" is how some programs write 2/3: a translation within 0.0005 of a twelfth
+            // is that twelfth, so that such operators still close into their group.
+            Vector3D t = op.trans();
+            for (int k = 0; k < 3; ++k) {
+                const double twelfths = std::round(t[k] * 12);
+                if (std::fabs(t[k] * 12 - twelfths) < 0.006)
+                    t[k] = twelfths / 12;
+            }
+            op.set_trans(t);
+            ops.push_back(op);
         }
     Spacegroup group;
     if (!ops.empty()) {

@@ -179,6 +179,17 @@ TEST(Crystal, EditsOnCopiesReachTheMaker)
     }
 }
 
+// A crystal takes a molecule once: one with the atoms and centroid of one it holds is the same.
+TEST(Crystal, MergeKeepsOneOfEachMolecule)
+{
+    const HCrystalMaker maker = atoms_in(cubic(3.61, "Fm-3m"), {{"Cu", {0, 0, 0}}, {"Cu", {0.5, 0.5, 0}}});
+    Crystal crystal(*maker, Hvector_HMolecule());
+    EXPECT_TRUE(crystal.merge(maker->molecule(0)));
+    EXPECT_FALSE(crystal.merge(maker->molecule(0)->clone()));
+    EXPECT_TRUE(crystal.merge(maker->molecule(1)));
+    EXPECT_EQ(crystal.nmolecules(), 2);
+}
+
 // Observers hear of a change once, in the order they connected; nothing changed, nothing heard.
 TEST(Crystal, ChangesReachObserversOnce)
 {

@@ -195,4 +195,8 @@ TEST(MoleculeGraph, EditsKeepTheGraphWhole)
               "Molecule::bond(HAtom, HAtom) no bond between atom1 and atom2 in this molecule"},
          })
         EXPECT_EQ(failure_of(what), expected);
+    // The view outlives the atoms it shows, and says so.
+    m->clear();
+    EXPECT_EQ(failure_of([&] { subset->atom(0)->element(); }),
+              "ProxyAtom::element - atom is no longer valid");
 }

@@ -307,13 +307,36 @@ TEST(CifStructure, GridFindsTheBondsOfThePairLoop)
 }
 
 // The hydrogen bond the file itself lists: O1-H1O...N2 of 2019572 at 1.930(14) Angstroms from
-// the hydrogen, with an angle of 166.7 degrees at it.
+// the hydrogen, with an angle of 166.7 degrees at it; and the roles that make it one.
 TEST(CifStructure, ContactsFindAKnownHydrogenBond)
 {
     const std::string path = corpus + "/cod/2019572.cif";
     if (!fs::exists(path))
         GTEST_SKIP() << "no corpus at " << corpus;
-    NewCrystal crystal(build_file(path));
+    const HCrystalMaker maker = build_file(path);
+    // The roles of the ligand's atoms: the hydroxyl hydrogen donates, the hydrogen on carbon
+    // does not, the hydroxyl oxygen accepts; without hydroxyl donors it still accepts.
+    const HMolecule ligand = maker->molecule(1);
+    ContactSide side{ligand, {}, {}};
+    for (int i = 0; i < ligand->natoms(); ++i)
+        side.orthogonal.push_back(maker->orthogonal(ligand->atom(i)->site()->frac));
+    HBondCriterion hbond;
+    const auto role = [&](const HBondCriterion& c, const char* label) {
+        const std::vector<int> roles = c.roles(side);
+        for (int i = 0; i < ligand->natoms(); ++i)
+            if (ligand->atom(i)->label() == label)
+                return roles[static_cast<std::size_t>(i)];
+        return -1;
+    };
+    EXPECT_EQ(role(hbond, "H1O"), HBondCriterion::DonorHydrogen);
+    EXPECT_EQ(role(hbond, "H1"), 0);
+    EXPECT_EQ(role(hbond, "O1"), HBondCriterion::Acceptor | HBondCriterion::DonorAtom);
+    HBondCriterion no_hydroxyl;
+    no_hydroxyl.donors()[13].flag = 0; // "hydroxyl O"
+    EXPECT_EQ(role(no_hydroxyl, "H1O"), 0);
+    EXPECT_EQ(role(no_hydroxyl, "O1"), HBondCriterion::Acceptor);
+
+    NewCrystal crystal(maker);
     crystal.set_criteria({HContactCriterion(new HBondCriterion(0.0, 120.0))});
     crystal.find_contacts();
     int found = 0;

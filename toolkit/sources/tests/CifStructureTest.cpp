@@ -1,11 +1,14 @@
+#include "BondedCriterion.h"
 #include "CifCell.h"
 #include "CifFile.h"
 #include "CifFileFormat.h"
 #include "CifMolecule.h"
+#include "CombinedCriterion.h"
 #include "HBondCriterion.h"
 #include "MoleculeError.h"
 #include "NewCrystal.h"
 #include "TextDataIO.h"
+#include "VdWCriterion.h"
 
 #include <chrono>
 #include <filesystem>
@@ -349,6 +352,120 @@ TEST(CifStructure, ContactsFindAKnownHydrogenBond)
         ++found;
     }
     EXPECT_GT(found, 0) << "no H1O...N2 contact among " << crystal.ncontacts();
+}
+
+// Contacts by each kind of criterion in a real crystal, a flavonoid with three waters: van der
+// Waals overlaps between molecules, oxygen pairs within 3 Angstroms, close pairs three or four
+// bonds apart inside a molecule, and all of these at once.
+TEST(CifStructure, ContactsByEachCriterion)
+{
+    const std::string path = corpus + "/cod/2006998-with-extra-tag.cif";
+    if (!fs::exists(path))
+        GTEST_SKIP() << "no corpus at " << corpus;
+    const HCrystalMaker maker = build_file(path);
+    auto oxygens = new DistanceCriterion(0.0, 3.0);
+    oxygens->set_from({8});
+    oxygens->set_to({8});
+    const HContactCriterion vdw(new VdWCriterion(-1000, 0)), oo(oxygens),
+        intra(new VdWCriterion(-1000, 0, ContactCriterion::Intra));
+    intra->set_paths(3, 4);
+    auto* all = new CombinedCriterion(-1000, 0);
+    all->add(oo);
+    struct Case {
+        const char* what;
+        HContactCriterion criterion;
+        std::function<bool(const MolecularContact&, double distance)> holds;
+    };
+    const std::vector<Case> cases = {
+        {"van der Waals", vdw,
+         [](const MolecularContact& c, double d) {
+             return c.intermolecular() &&
+                    d <= c.atom1->element().vdw_radius() + c.atom2->element().vdw_radius() + 1e-9;
+         }},
+        {"O...O within 3", oo,
+         [](const MolecularContact& c, double d) {
+             return c.atom1->element().atomic_number() == 8 && c.atom2->element().atomic_number() == 8 &&
+                    d <= 3.0;
+         }},
+        {"inside a molecule, three or four bonds apart", intra,
+         [](const MolecularContact& c, double) { return !c.intermolecular(); }},
+        {"combined", HContactCriterion(all), [](const MolecularContact&, double) { return true; }},
+    };
+    std::map<std::string, int> found;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        NewCrystal crystal(maker);
+        crystal.set_criteria({c.criterion});
+        crystal.find_contacts();
+        const HCrystal current = crystal.current();
+        for (const HMolecularContact& contact : crystal.contacts()) {
+            const double d =
+                current->orthogonal(contact->atom1->site()->frac - contact->atom2->site()->frac).length();
+            EXPECT_TRUE(c.holds(*contact, d))
+                << contact->atom1->label() << "..." << contact->atom2->label() << " " << d;
+        }
+        found[c.what] = crystal.ncontacts();
+        EXPECT_GT(found[c.what], 0);
+    }
+    EXPECT_EQ(
+        found["combined"], found["van der Waals"] + found["O...O within 3"] - [&] {
+            // Pairs both criteria find are found once.
+            NewCrystal both(maker);
+            both.set_criteria({vdw, oo});
+            both.find_contacts();
+            return found["van der Waals"] + found["O...O within 3"] - both.ncontacts();
+        }());
+}
+
+// Growing a crystal by its bonds: a discrete molecule, completed already, has no bond to a copy;
+// a gadolinium phosphonate chain has, and expanding them all stops at the polymer's repeat, after
+// which the bonds made of contacts leave only the contacts that step along the chain.
+TEST(CifStructure, ExpansionStopsAtPolymers)
+{
+    for (const auto& [file, polymer] :
+         std::vector<std::pair<const char*, bool>>{{"cod/2019572.cif", false}, {"cod/1100772.cif", true}}) {
+        SCOPED_TRACE(file);
+        const std::string path = corpus + "/" + file;
+        if (!fs::exists(path))
+            GTEST_SKIP() << "no corpus at " << corpus;
+        NewCrystal crystal(build_file(path));
+        crystal.set_criteria({HContactCriterion(new BondedCriterion)});
+        crystal.find_contacts();
+        EXPECT_EQ(crystal.ncontacts() > 0, polymer);
+        crystal.expand_fully();
+        bool polymeric = false;
+        for (int m = 0; m < crystal.current()->nmolecules(); ++m)
+            polymeric = polymeric || crystal.polymeric(m);
+        EXPECT_EQ(polymeric, polymer);
+        crystal.convert_contacts_to_bonds();
+        for (int k = 0; k < crystal.ncontacts(); ++k)
+            EXPECT_TRUE(crystal.is_hanging(k)) << "contact " << k;
+    }
+}
+
+// A crystal maker written as a CIF block and read back has its cell, its group and its atoms.
+TEST(CifStructure, WrittenStructuresReadBack)
+{
+    const std::string path = corpus + "/cod/2000001.cif";
+    if (!fs::exists(path))
+        GTEST_SKIP() << "no corpus at " << corpus;
+    const HCrystalMaker maker = build_file(path);
+    CifFile written;
+    written.add(*maker);
+    std::ostringstream text;
+    written.write(text);
+    const Built back = build(text.str());
+    ASSERT_EQ(back.failure, "") << text.str();
+    EXPECT_EQ(back.maker->refcode(), "KDB_CIF_2000001");
+    EXPECT_NEAR(back.maker->b().value, maker->b().value, 1e-5);
+    EXPECT_EQ(back.maker->spacegroup().number(), maker->spacegroup().number());
+    const auto atoms = [](const CrystalMaker& m) {
+        int n = 0;
+        for (const HMolecule& mol : m.molecules())
+            n += mol->natoms();
+        return n;
+    };
+    EXPECT_EQ(atoms(*back.maker), atoms(*maker));
 }
 
 // Every corpus CIF with atom sites is read as a structure without a crash or a hang, and the

@@ -177,9 +177,16 @@ int QcbsMainWindow::loopStartLine(int paragraph) const
 // that follows a value; comments and blank lines at its end stay outside.
 int QcbsMainWindow::loopEndLine(int start) const
 {
-    QTextBlock block = editor_->document()->findBlockByNumber(start).next();
+    QTextBlock block = editor_->document()->findBlockByNumber(start);
     int last = start;
+    // Names, and even values, may follow "loop_" on its own line.
     bool inNames = true;
+    for (const QString& word : block.text().simplified().split(QLatin1Char(' ')).mid(1))
+        if (word.startsWith(QLatin1Char('#')))
+            break;
+        else if (!word.startsWith(QLatin1Char('_')))
+            inNames = false;
+    block = block.next();
     bool inText = false;
     for (; block.isValid(); block = block.next()) {
         const QString line = block.text();
@@ -234,7 +241,12 @@ void QcbsMainWindow::blockUpdate(const QString& text)
         blockAdd(text);
         return;
     }
-    replaceLines(start, blockEndLine(start), text);
+    // Comments and blank lines after the block's last item stay: a tool's text leaves out the
+    // comment that closes the file, which would otherwise end up inside it.
+    int end = blockEndLine(start);
+    while (end > start && isQuietLine(editor_->document()->findBlockByNumber(end).text()))
+        --end;
+    replaceLines(start, end, text);
     if (!editor_->parsed())
         reparse();
 }

@@ -145,9 +145,10 @@ void QcbsLoopTableEditorImpl::newRow()
 
 void QcbsLoopTableEditorImpl::newCol()
 {
-    QcbsCifBoxViewDialogImpl chooser(document_, this);
-    connect(&chooser, &QcbsCifBoxViewDialogImpl::insertTextRequest, this, &QcbsLoopTableEditorImpl::addCol);
-    chooser.exec();
+    auto* chooser = new QcbsCifBoxViewDialogImpl(document_, this);
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    connect(chooser, &QcbsCifBoxViewDialogImpl::insertTextRequest, this, &QcbsLoopTableEditorImpl::addCol);
+    chooser->open();
 }
 
 void QcbsLoopTableEditorImpl::addCol(const QString& name)

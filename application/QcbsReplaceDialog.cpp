@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QTextCursor>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace {
 
@@ -147,10 +148,13 @@ void QcbsReplaceDialog::doReplaceAll()
     }
     result.append(QStringView(whole).mid(from));
 
-    // The whole text in one edit: one Undo brings the old text back.
+    // The whole text in one edit: one Undo brings the old text back. The cursor keeps its place.
+    const int position = editor->textCursor().position();
     QTextCursor cursor(editor->document());
     cursor.beginEditBlock();
     cursor.select(QTextCursor::Document);
     cursor.insertText(result);
     cursor.endEditBlock();
+    cursor.setPosition(std::min<int>(position, editor->document()->characterCount() - 1));
+    editor->setTextCursor(cursor);
 }

@@ -49,6 +49,10 @@ void QcbsMainWindow::toggleBoxView()
     boxView_->setVisible(boxViewVisible_);
     if (!boxViewVisible_)
         return;
+    // Wide enough for the dictionaries' longer names, the text keeping the rest.
+    const int width = editorPage_->width();
+    if (boxView_->width() < 340 && width > 700)
+        editorPage_->setSizes({340, width - 340});
     loadBoxView();
     boxView_->setFocus();
 }

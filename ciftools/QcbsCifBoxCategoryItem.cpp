@@ -12,6 +12,7 @@ QcbsCifBoxCategoryItem::QcbsCifBoxCategoryItem(QTreeWidgetItem* parent, QTreeWid
 {
     setIcon(0, QcbsCifIcons::boxIcon(QcbsCifIcons::CategoryClosed));
     setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+    setToolTip(0, QStringLiteral("A category of the dictionaries: open it to see its data names"));
 }
 
 void QcbsCifBoxCategoryItem::contextMenu(QMenu& menu, QcbsCifBoxView& view)

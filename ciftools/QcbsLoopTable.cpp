@@ -31,6 +31,18 @@ QcbsLoopTable::QcbsLoopTable(const QString& helpDirectory, QWidget* parent)
     rows->setDefaultSectionSize(std::max(25, fontMetrics().height() + 8));
     rows->setSectionsMovable(true);
 
+    // A column is as wide as its name too, measured once per column, never per value.
+    const auto fitNames = [this](int first, int last) {
+        const int sample = horizontalHeader()->defaultSectionSize();
+        for (int c = first; c <= last; ++c)
+            horizontalHeader()->resizeSection(
+                c,
+                std::max(sample, horizontalHeader()->fontMetrics().horizontalAdvance(model_->name(c)) + 16));
+    };
+    connect(model_, &QAbstractItemModel::modelReset, this,
+            [this, fitNames] { fitNames(0, model_->columnCount() - 1); });
+    connect(model_, &QAbstractItemModel::columnsInserted, this,
+            [fitNames](const QModelIndex&, int first, int last) { fitNames(first, last); });
     connect(columns, &QHeaderView::sectionMoved, this,
             [this](int, int from, int to) { headerMoved(Qt::Horizontal, from, to); });
     connect(rows, &QHeaderView::sectionMoved, this,

@@ -159,7 +159,8 @@ void QcbsLoopTableEditorImpl::addCol(const QString& name)
         return;
     }
     const int column = model->columnCount() - 1;
-    loopTable_->horizontalHeader()->resizeSection(column, 150);
+    QHeaderView* header = loopTable_->horizontalHeader();
+    header->resizeSection(column, std::max(150, header->sectionSize(column)));
     loopTable_->setCurrentIndex(model->index(0, column));
 }
 

@@ -189,6 +189,17 @@ private slots:
               {},
               "Too many or too few"}},
             {"no loop at the cursor", {limits, 15, {}, "", "", "", {}, {}, ""}},
+            // A line below zero: a new loop, made at that line.
+            {"a new loop",
+             {limits,
+              -111,
+              {"newcol _publ_manuscript_incl_extra_item", "newrow", "set 0 0 _cell_volume", "ok"},
+              "1 row, 1 column",
+              "",
+              "",
+              {"loop_\n_publ_manuscript_incl_extra_item\n'_cell_volume'\n_[local]_cod_data_source_file"},
+              {},
+              ""}},
         });
     }
     void editLoop()
@@ -198,8 +209,11 @@ private slots:
         QVERIFY(window->fileOpen(sharedPath(row.file), false));
         const QString original = window->editor()->toPlainText();
         QcbsRichTextEdit* text = window->editor();
-        text->setTextCursor(QTextCursor(text->document()->findBlockByNumber(row.line - 1)));
-        window->loopEd();
+        text->setTextCursor(QTextCursor(text->document()->findBlockByNumber(std::abs(row.line) - 1)));
+        if (row.line < 0)
+            window->loopNew();
+        else
+            window->loopEd();
         auto* editor = window->findChild<QcbsLoopTableEditorImpl*>();
         if (row.steps.isEmpty()) {
             QVERIFY(!editor);
@@ -244,7 +258,9 @@ private slots:
             QVERIFY2(!after.contains(part), qPrintable(part));
         // The text was checked again at once; nothing but the loop changed.
         QVERIFY(text->parsed());
-        const auto before = [&row](const QString& all) { return all.split('\n').mid(0, row.line - 1); };
+        const auto before = [&row](const QString& all) {
+            return all.split('\n').mid(0, std::abs(row.line) - 1);
+        };
         QCOMPARE(before(after), before(original));
         if (!row.findingGone.isEmpty())
             for (const CifError& finding : *window->document()->errors())

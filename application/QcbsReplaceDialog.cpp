@@ -135,25 +135,24 @@ void QcbsReplaceDialog::doReplaceAll()
     const QString whole = editor->toPlainText();
     const Qt::CaseSensitivity cs = checkCase_->isChecked() ? Qt::CaseSensitive : Qt::CaseInsensitive;
     // The text is taken literally: no character of it means anything to the search.
-    QString result;
-    qsizetype from = 0;
-    for (qsizetype at = whole.indexOf(text, 0, cs); at >= 0; at = whole.indexOf(text, from, cs)) {
-        result.append(QStringView(whole).mid(from, at - from));
-        result.append(replacement);
-        from = at + text.size();
-    }
-    if (from == 0) {
+    QList<qsizetype> matches;
+    for (qsizetype at = whole.indexOf(text, 0, cs); at >= 0; at = whole.indexOf(text, at + text.size(), cs))
+        matches.append(at);
+    if (matches.isEmpty()) {
         QApplication::beep();
         return;
     }
-    result.append(QStringView(whole).mid(from));
-
-    // The whole text in one edit: one Undo brings the old text back. The cursor keeps its place.
+    // Every match replaced where it stands, the last first so that the earlier ones keep their
+    // places, all in one edit: one Undo brings the old text back, and the lines without a match
+    // are neither laid out nor coloured again.
     const int position = editor->textCursor().position();
     QTextCursor cursor(editor->document());
     cursor.beginEditBlock();
-    cursor.select(QTextCursor::Document);
-    cursor.insertText(result);
+    for (auto it = matches.crbegin(); it != matches.crend(); ++it) {
+        cursor.setPosition(int(*it));
+        cursor.setPosition(int(*it + text.size()), QTextCursor::KeepAnchor);
+        cursor.insertText(replacement);
+    }
     cursor.endEditBlock();
     cursor.setPosition(std::min<int>(position, editor->document()->characterCount() - 1));
     editor->setTextCursor(cursor);

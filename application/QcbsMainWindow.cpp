@@ -193,6 +193,9 @@ void QcbsMainWindow::buildActions()
     findAction_ = makeAction("find", "&Find...", "Find", {}, 'F');
     findPreviousAction_ = makeAction("find previous", "&Find previous", {}, "Find previous", {});
     findNextAction_ = makeAction("find next", "Find &next", {}, "Find next", {});
+    // The usual keys for searching again without the dialog.
+    findNextAction_->setShortcut(QKeySequence(Qt::Key_F3));
+    findPreviousAction_->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F3));
     replaceAction_ = makeAction("replace", "&Replace...", "Replace", {}, 'R');
     gotoLineAction_ = makeAction("go to line", "&Go to line...", "Go to line", {}, 'G');
 

@@ -41,17 +41,17 @@ void QcbsCifBoxDataItem::contextMenu(QMenu& menu, QcbsCifBoxView& view)
     const QString item = name();
     const QString blockName = QString::fromStdString(block()->name());
     const int line = block()->line();
-    if (!missing_)
+    if (!isMissing())
         QObject::connect(menu.addAction(QStringLiteral("Go to item")), &QAction::triggered, &view,
                          [&view, item, line] { emit view.selectedDataItem(item, line); });
     QObject::connect(menu.addAction(QcbsCifIcons::help(), QStringLiteral("Item help")), &QAction::triggered,
                      &view, [&view, item] { emit view.datItemHelpRequest(item); });
     QObject::connect(menu.addAction(QStringLiteral("Copy item name")), &QAction::triggered, &view,
                      [item] { QApplication::clipboard()->setText(item); });
-    if (missing_)
+    if (isMissing())
         QObject::connect(menu.addAction(QStringLiteral("Paste into editor")), &QAction::triggered, &view,
                          [&view, item] { emit view.insertTextRequest(item); });
-    if (!looped_)
+    if (!isLooped())
         QObject::connect(menu.addAction(QStringLiteral("Set data item value")), &QAction::triggered, &view,
                          [&view, blockName, item] { emit view.dataItemSetRequest(blockName, item); });
 }

@@ -1,0 +1,36 @@
+#include "QcbsWizardContactPage.h"
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+
+QcbsWizardContactPage::QcbsWizardContactPage(const QcbsContactRecord& contact, QWidget* parent)
+    : QcbsWizardPage(QStringLiteral("Contact Information...   (page "),
+                     QStringLiteral("Enter the details of the author to whom correspondence should be sent"),
+                     parent),
+      contact_(contact)
+{
+    auto* address = new QPlainTextEdit(this);
+    address->setTabChangesFocus(true);
+    address->setFixedHeight(address->fontMetrics().lineSpacing() * 5);
+    addField(QStringLiteral("Contact author : "), QStringLiteral("_publ_contact_author_name"),
+             new QLineEdit(this));
+    addField(QStringLiteral("Email address : "), QStringLiteral("_publ_contact_author_email"),
+             new QLineEdit(this));
+    addField(QStringLiteral("Contact address : "), QStringLiteral("_publ_contact_author_address"), address);
+    addField(QStringLiteral("Telephone number : "), QStringLiteral("_publ_contact_author_phone"),
+             new QLineEdit(this));
+    addField(QStringLiteral("Fax number : "), QStringLiteral("_publ_contact_author_fax"),
+             new QLineEdit(this));
+    content()->addStretch();
+}
+
+void QcbsWizardContactPage::loadFields(const CifDataBlock& block)
+{
+    QcbsWizardPage::loadFields(block);
+    const QString kept[] = {contact_.name, contact_.email, contact_.address, contact_.phone, contact_.fax};
+    int i = 0;
+    for (QcbsWizardField& field : fields())
+        if (const QString& fallback = kept[i++]; field.text().isEmpty() && field.entry()->isEnabled())
+            field.setText(fallback);
+}

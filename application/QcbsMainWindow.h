@@ -212,6 +212,9 @@ private:
     int loopStartLine(int paragraph) const;
     int loopEndLine(int start) const;
     int currentParagraph() const;
+    // The block that holds the cursor, checked first if the text changed, with the findings in
+    // it; null before the first block.
+    const CifDataBlock* wizardBlock(HCifErrorList& findings);
 
     HQcbsAppState state_;
     QString fileName_;

@@ -132,14 +132,6 @@ void QcbsMainWindow::toggleBoxView()
 {
     showNotAvailable();
 }
-void QcbsMainWindow::publicationWizard()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::crystalWizard()
-{
-    showNotAvailable();
-}
 void QcbsMainWindow::loopEd()
 {
     showNotAvailable();

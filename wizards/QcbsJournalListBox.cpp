@@ -15,6 +15,8 @@ QcbsJournalListBox::QcbsJournalListBox(QWidget* parent)
     for (int number = 1; number <= Journal::count(); ++number)
         new QcbsJournalListBoxItem(Journal(number), this);
     shown_->setStringList(visibleNames());
+    // The tip of a row gives a name too long to show; a sideways scroll would hide the others.
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     completer_->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
     completer_->setCaseSensitivity(Qt::CaseInsensitive);
 

@@ -15,5 +15,5 @@ QcbsJournalListBoxItem::QcbsJournalListBoxItem(const Journal& journal, QListWidg
         slanted.setItalic(true);
         setFont(slanted);
     }
-    setToolTip(tip);
+    setToolTip(text() + QLatin1Char('\n') + tip);
 }

@@ -25,6 +25,8 @@ QcbsWizard::QcbsWizard(const HCifDictionaryPool& pool, const CifDataBlock* block
         block_->copy_comments(*block);
         block_->copy_block(*block, false);
     }
+    // Room for the journal list and the longer labels without scrolling.
+    resize(720, 540);
     connect(this, &QWizard::currentIdChanged, this, &QcbsWizard::pageChanged);
 }
 

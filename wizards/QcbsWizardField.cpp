@@ -67,7 +67,8 @@ void QcbsWizardField::store(CifDataBlock& block) const
 
 QString QcbsWizardField::value(const CifDataBlock& block, const QString& name)
 {
-    const QString text = QString::fromStdString(block.first_value(name.toStdString()));
+    // A text field keeps the line end after its opening semicolon; the user sees the text.
+    const QString text = QString::fromStdString(block.first_value(name.toStdString())).trimmed();
     return text == unknown ? QString() : text;
 }
 

@@ -10,6 +10,12 @@
 namespace {
 const QString privateCommunication = QStringLiteral("Private Communication");
 const char* const requestedJournal = "_publ_requested_journal";
+
+bool isPrivateCommunication(const CifDataBlock& block)
+{
+    return QcbsWizardField::value(block, QString::fromLatin1(requestedJournal))
+               .compare(privateCommunication, Qt::CaseInsensitive) == 0;
+}
 } // namespace
 
 QcbsWizardPublicationPage::QcbsWizardPublicationPage(QWidget* parent)
@@ -66,10 +72,10 @@ int QcbsWizardPublicationPage::nextId() const
 
 void QcbsWizardPublicationPage::loadFields(const CifDataBlock& block)
 {
-    if (block.has_value("_journal_name_full"))
+    // A journal name of "?" is a template's blank, not a publication.
+    if (!QcbsWizardField::value(block, QStringLiteral("_journal_name_full")).isEmpty())
         setChoice(Published);
-    else if (QString::fromStdString(block.first_value(requestedJournal))
-                 .compare(privateCommunication, Qt::CaseInsensitive) == 0)
+    else if (isPrivateCommunication(block))
         setChoice(PrivateCommunication);
     else
         setChoice(Submission);
@@ -89,7 +95,6 @@ void QcbsWizardPublicationPage::storeFields(CifDataBlock& block)
         block.remove_item(name);
     if (chosen == PrivateCommunication)
         QcbsWizardField::setValue(block, QString::fromLatin1(requestedJournal), privateCommunication);
-    else if (QString::fromStdString(block.first_value(requestedJournal))
-                 .compare(privateCommunication, Qt::CaseInsensitive) == 0)
+    else if (isPrivateCommunication(block))
         block.remove_item(requestedJournal);
 }

@@ -23,6 +23,8 @@ QcbsWizard::QcbsWizard(const HCifDictionaryPool& pool, const CifDataBlock* block
     block_ = cif_->add_block(name, cif_->end());
     if (block) {
         block_->copy_comments(*block);
+        // What stands above the heading lies outside the lines that the text will replace.
+        block_->set_comment(0, {});
         block_->copy_block(*block, false);
     }
     // Room for the journal list and the longer labels without scrolling.
@@ -33,7 +35,8 @@ QcbsWizard::QcbsWizard(const HCifDictionaryPool& pool, const CifDataBlock* block
 HCifErrorList QcbsWizard::blockFindings(const Cif& cif, std::size_t index)
 {
     HCifErrorList found(new CifErrorList);
-    const std::int32_t first = cif.block(index).line();
+    // What comes before the first heading (a header comment too long, say) belongs to the first.
+    const std::int32_t first = index == 0 ? INT32_MIN : cif.block(index).line();
     const std::int32_t next = index + 1 < cif.block_count() ? cif.block(index + 1).line() : INT32_MAX;
     for (const CifError& finding : *cif.errors())
         if (finding.line < 0 || (finding.line >= first && finding.line < next))

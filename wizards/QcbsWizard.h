@@ -24,7 +24,8 @@ public:
     QcbsWizard(const HCifDictionaryPool& pool, const CifDataBlock* block, const HCifErrorList& findings,
                const QcbsContactRecord& contact, const QString& newBlockName, QWidget* parent = nullptr);
 
-    // The findings of a document that lie in its block `index`, and those without a line.
+    // The findings of a document that lie in its block `index`, and those without a line; the
+    // first block also takes the lines above it.
     static HCifErrorList blockFindings(const Cif& cif, std::size_t index);
 
     CifDataBlock& block() const { return *block_; }

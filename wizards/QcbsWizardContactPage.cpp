@@ -30,7 +30,7 @@ void QcbsWizardContactPage::loadFields(const CifDataBlock& block)
     QcbsWizardPage::loadFields(block);
     const QString kept[] = {contact_.name, contact_.email, contact_.address, contact_.phone, contact_.fax};
     int i = 0;
-    for (QcbsWizardField& field : fields())
+    for (QcbsWizardField& field : editableFields())
         if (const QString& fallback = kept[i++]; field.text().isEmpty() && field.entry()->isEnabled())
             field.setText(fallback);
 }

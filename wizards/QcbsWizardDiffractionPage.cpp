@@ -40,9 +40,6 @@ void QcbsWizardDiffractionPage::storeFields(CifDataBlock& block)
 {
     const bool moved = source_->changed() && !block.item(sourceName.toStdString());
     QcbsWizardPage::storeFields(block);
-    if (!moved || block.is_looped(olderSourceName.toStdString()))
-        return;
-    block.remove_item(olderSourceName.toStdString());
-    if (source_->text().isEmpty())
-        QcbsWizardField::setValue(block, sourceName, QStringLiteral("?"));
+    if (moved && !block.is_looped(olderSourceName.toStdString()))
+        block.remove_item(olderSourceName.toStdString());
 }

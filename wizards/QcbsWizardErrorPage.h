@@ -16,6 +16,8 @@ public:
     void showFindings(const CifErrorList& findings);
     void loadFields(const CifDataBlock& block) override;
     bool isComplete() const override { return errors_ == 0; }
+    // Next is off while there are errors, and so is every other way forward.
+    bool validatePage() override { return isComplete(); }
 
     QString status() const;
     QTreeWidget* findingList() const { return list_; }

@@ -60,8 +60,6 @@ void QcbsWizardField::store(CifDataBlock& block) const
     if (looped_ || !changed())
         return;
     const QString now = text();
-    if (now.isEmpty() && !block.item(dataName_.toStdString()))
-        return;
     setValue(block, dataName_, now.isEmpty() ? unknown : now);
 }
 

@@ -45,7 +45,7 @@ protected:
     // A row whose entry the page reads and writes itself.
     void addRow(const QString& label, const QString& dataName, QWidget* entry);
     QGridLayout* rows() const { return rows_; }
-    std::deque<QcbsWizardField>& fields() { return fields_; }
+    std::deque<QcbsWizardField>& editableFields() { return fields_; }
 
 private:
     QString titleStem_;

@@ -101,24 +101,23 @@ int main(int argc, char** argv)
     prefs.contactEmail = QStringLiteral("ada@example.org");
     prefs.write();
 
+    bool opened = true;
     QcbsMainWindow* window = openAt(state, cif, -1);
-    whenWizardOpens(
-        [](QcbsWizard* wizard) { shootAllPages(wizard, QStringLiteral("crystal"), [](QWizardPage*) {}); });
-    window->crystalWizard();
+    opened &= runWizard<QcbsMainWindow>(window, &QcbsMainWindow::crystalWizard, [](QcbsWizard* wizard) {
+        shootAllPages(wizard, QStringLiteral("crystal"), [](QWizardPage*) {});
+    });
 
     QcbsMainWindow* other = openAt(state, disagreeing, -1);
-    whenWizardOpens([](QcbsWizard* wizard) {
+    opened &= runWizard<QcbsMainWindow>(other, &QcbsMainWindow::crystalWizard, [](QcbsWizard* wizard) {
         if (goToPage(wizard, "QcbsWizardSpaceGroupPage"))
             shoot(wizard, QStringLiteral("crystal-symmetry-warning"));
     });
-    other->crystalWizard();
 
     QcbsMainWindow* broken = openAt(state, damaged, 1 << 30);
-    whenWizardOpens([](QcbsWizard* wizard) {
+    opened &= runWizard<QcbsMainWindow>(broken, &QcbsMainWindow::crystalWizard, [](QcbsWizard* wizard) {
         wizard->next();
         shoot(wizard, QStringLiteral("crystal-errors"));
     });
-    broken->crystalWizard();
 
     // Each choice of the publication page leads another way.
     const struct {
@@ -128,20 +127,25 @@ int main(int argc, char** argv)
                 {QcbsWizardPublicationPage::PrivateCommunication, "publication-private"},
                 {QcbsWizardPublicationPage::Published, "publication-published"}};
     for (const auto& way : ways) {
-        whenWizardOpens([way](QcbsWizard* wizard) {
-            shootAllPages(wizard, QString::fromLatin1(way.stem), [way](QWizardPage* page) {
-                if (auto* publication = qobject_cast<QcbsWizardPublicationPage*>(page))
-                    publication->setChoice(way.choice);
-                if (auto* requested = qobject_cast<QcbsWizardRequestedJournalPage*>(page))
-                    requested->journalEdit()->setText(QStringLiteral("Acta Cryst"));
+        opened &=
+            runWizard<QcbsMainWindow>(window, &QcbsMainWindow::publicationWizard, [way](QcbsWizard* wizard) {
+                shootAllPages(wizard, QString::fromLatin1(way.stem), [way](QWizardPage* page) {
+                    if (auto* publication = qobject_cast<QcbsWizardPublicationPage*>(page))
+                        publication->setChoice(way.choice);
+                    if (auto* requested = qobject_cast<QcbsWizardRequestedJournalPage*>(page))
+                        requested->journalEdit()->setText(QStringLiteral("Acta Cryst"));
+                });
             });
-        });
-        window->publicationWizard();
     }
 
     QcbsMainWindow* empty = openAt(state, {}, 0);
-    whenWizardOpens([](QcbsWizard* wizard) { shoot(wizard, QStringLiteral("publication-new-block")); });
-    empty->publicationWizard();
+    opened &= runWizard<QcbsMainWindow>(empty, &QcbsMainWindow::publicationWizard, [](QcbsWizard* wizard) {
+        shoot(wizard, QStringLiteral("publication-new-block"));
+    });
 
+    if (!opened) {
+        std::fprintf(stderr, "cifward-wizard-shots: a wizard did not open\n");
+        return 1;
+    }
     return failures == 0 ? 0 : 1;
 }

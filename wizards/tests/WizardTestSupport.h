@@ -10,18 +10,39 @@
 #include <QPlainTextEdit>
 #include <QTimer>
 
-// Runs `act` on the wizard that a main window opens modally, once it is on screen. A wizard that
-// `act` leaves open is cancelled, so that a failed step cannot hang the run.
-template <class Act> void whenWizardOpens(Act act)
+// Runs a script on the wizard that a main window opens modally, once it is on screen, for as
+// long as the object lives: made before the call that opens the wizard, it ends with the scope
+// around that call. A wizard the script leaves open is cancelled, so that a failed step cannot
+// hang the run.
+class WizardScript {
+public:
+    template <class Act> explicit WizardScript(Act act)
+    {
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this, act] {
+            auto* wizard = qobject_cast<QcbsWizard*>(QApplication::activeModalWidget());
+            if (!wizard)
+                return;
+            timer_.stop();
+            ran_ = true;
+            act(wizard);
+            if (wizard->isVisible())
+                wizard->reject();
+        });
+        timer_.start(10);
+    }
+    bool ran() const { return ran_; }
+
+private:
+    QTimer timer_;
+    bool ran_ = false;
+};
+
+// Opens a wizard with `open` of `window` and runs `act` on it; false when no wizard opened.
+template <class Window, class Act> bool runWizard(Window* window, void (Window::*open)(), Act act)
 {
-    QTimer::singleShot(0, [act] {
-        auto* wizard = qobject_cast<QcbsWizard*>(QApplication::activeModalWidget());
-        if (!wizard)
-            return;
-        act(wizard);
-        if (wizard->isVisible())
-            wizard->reject();
-    });
+    const WizardScript script(act);
+    (window->*open)();
+    return script.ran();
 }
 
 // The entry of `dataName` on the wizard's current page, set as a user would.

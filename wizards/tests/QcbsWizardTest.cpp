@@ -115,6 +115,7 @@ struct PublicationRow {
     Values expect;
     QStringList removed;
     int pageCount;
+    const char* taken = nullptr; // a CIF named on the intro page of a new block
 };
 
 struct AuthorRow {
@@ -389,6 +390,17 @@ private slots:
                {"_publ_section_title", "Zeolite frameworks"}},
               {},
               7}},
+            {"new block from an earlier CIF",
+             {"",
+              "data_publication_text",
+              C::Published,
+              C::Published,
+              nullptr,
+              {},
+              {{"_journal_name_full", "Organometallics"}, {"_journal_volume", "21"}},
+              {"_publ_requested_journal", "_cell_length_a"},
+              8,
+              "Cottone.cif"}},
             {"published paper resubmitted",
              {"Cottone.cif",
               "data_7000004",
@@ -431,7 +443,10 @@ private slots:
         bool fileLine = false;
         QVERIFY(
             runWizard<QcbsMainWindow>(window, &QcbsMainWindow::publicationWizard, [&](QcbsWizard* wizard) {
-                fileLine = wizard->currentPage()->findChild<QLineEdit*>() != nullptr;
+                auto* file = wizard->currentPage()->findChild<QLineEdit*>();
+                fileLine = file != nullptr;
+                if (file && row.taken)
+                    file->setText(corpus(QString::fromLatin1(row.taken)));
                 for (int page = 0; page < 10 && !wizard->currentPage()->isFinalPage(); ++page) {
                     if (auto* choice = qobject_cast<QcbsWizardPublicationPage*>(wizard->currentPage())) {
                         opened = choice->choice();

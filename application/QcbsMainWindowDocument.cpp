@@ -1,6 +1,7 @@
 // The life of a document in a window: new, open and load, close, save with its backup copy,
 // the recent files and printing.
 
+#include "QcbsCifBoxView.h"
 #include "QcbsCifText.h"
 #include "QcbsCoreCifFileValidator.h"
 #include "QcbsErrorListView.h"
@@ -85,6 +86,7 @@ void QcbsMainWindow::fileNewUntitled()
     documentOpen_ = true;
     stamp_ = DiskStamp();
     setCaption(path);
+    boxView_->setCif(HCif());
     boxView_->setVisible(boxViewVisible_);
     updateBlockCombo(nullptr);
     enableTools(tabs_->currentWidget());

@@ -35,6 +35,7 @@ void QcbsMainWindow::crystalWizard()
     }
     QcbsDataWizard wizard(state_->activeDictionaries(), block, findings, this);
     wizard.setLineLimit(state_->lineLengthLimit);
+    wizard.setHelpDirectory(state_->documentationDirectory());
     connect(&wizard, &QcbsWizard::blockUpdated, this,
             qOverload<const QString&>(&QcbsMainWindow::blockUpdate));
     wizard.exec();
@@ -50,6 +51,7 @@ void QcbsMainWindow::publicationWizard()
         {prefs.contactName, prefs.contactAddress, prefs.contactPhone, prefs.contactFax, prefs.contactEmail},
         this);
     wizard.setLineLimit(state_->lineLengthLimit);
+    wizard.setHelpDirectory(state_->documentationDirectory());
     if (block) {
         connect(&wizard, &QcbsWizard::blockUpdated, this,
                 qOverload<const QString&>(&QcbsMainWindow::blockUpdate));

@@ -1,5 +1,6 @@
 #include "QcbsWizard.h"
 
+#include "QcbsDataItemInfo.h"
 #include "QcbsWizardErrorPage.h"
 #include "QcbsWizardFinishPage.h"
 #include "QcbsWizardIntroPage.h"
@@ -65,6 +66,7 @@ int QcbsWizard::addWizardPage(QcbsWizardPage* page)
 {
     pages_ << page;
     connect(page, &QcbsWizardPage::pathChanged, this, &QcbsWizard::updatePageTitles);
+    connect(page, &QcbsWizardPage::dataItemHelpRequested, this, &QcbsWizard::dataItemHelp);
     return addPage(page);
 }
 
@@ -117,6 +119,12 @@ void QcbsWizard::accept()
     shownId_ = -1;
     emit blockUpdated(blockText());
     QWizard::accept();
+}
+
+// The help is a window of the wizard's own, so that it can be read beside the page.
+void QcbsWizard::dataItemHelp(const QString& name)
+{
+    (new QcbsDataItemInfo(name, pool_, helpDirectory_, this))->show();
 }
 
 void QcbsWizard::filebrowse()

@@ -33,6 +33,8 @@ public:
     const QcbsContactRecord& contact() const { return contact_; }
     bool startedWithoutBlock() const { return withoutBlock_; }
     void setLineLimit(unsigned limit) { lineLimit_ = limit; }
+    // Where the item help looks for the installation's extra notes.
+    void setHelpDirectory(const QString& directory) { helpDirectory_ = directory; }
     // The working block as the writer gives it.
     QString blockText() const;
     const QList<QcbsWizardPage*>& wizardPages() const { return pages_; }
@@ -44,6 +46,7 @@ signals:
 public slots:
     void filebrowse();
     void filechanged(const QString& path);
+    void dataItemHelp(const QString& name);
     void accept() override;
 
 protected:
@@ -72,6 +75,7 @@ private:
     int shownId_ = -1;
     QcbsWizardIntroPage* intro_ = nullptr;
     QStringList importedCategories_;
+    QString helpDirectory_;
 };
 
 #endif

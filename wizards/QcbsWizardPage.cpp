@@ -1,5 +1,7 @@
 #include "QcbsWizardPage.h"
 
+#include "QcbsDataItemHelpButton.h"
+
 #include <QGridLayout>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -54,11 +56,15 @@ QcbsWizardField& QcbsWizardPage::addField(const QString& label, const QString& d
     return fields_.back();
 }
 
-void QcbsWizardPage::addRow(const QString& label, const QString&, QWidget* entry)
+void QcbsWizardPage::addRow(const QString& label, const QString& dataName, QWidget* entry)
 {
     const int row = rows_->rowCount();
     auto* text = new QLabel(label, this);
     text->setBuddy(entry);
+    auto* help = new QcbsDataItemHelpButton(dataName, this);
     rows_->addWidget(text, row, 0, Qt::AlignLeft | Qt::AlignTop);
     rows_->addWidget(entry, row, 1);
+    rows_->addWidget(help, row, 2, Qt::AlignTop);
+    connect(help, &QcbsDataItemHelpButton::dataItemHelpRequested, this,
+            &QcbsWizardPage::dataItemHelpRequested);
 }

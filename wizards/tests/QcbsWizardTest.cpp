@@ -1,5 +1,7 @@
 #include "CifMessageTable.h"
 #include "MainWindowTestSupport.h"
+#include "QcbsDataItemHelpButton.h"
+#include "QcbsDataItemInfo.h"
 #include "QcbsJournalListBox.h"
 #include "QcbsRichTextEdit.h"
 #include "QcbsWizardAuthorPage.h"
@@ -118,6 +120,12 @@ struct PublicationRow {
     const char* taken = nullptr; // a CIF named on the intro page of a new block
 };
 
+struct HelpRow {
+    bool publication;
+    const char* page;
+    const char* dataName;
+};
+
 struct AuthorRow {
     const char* steps; // D delete, A add "Doe, J.", P previous, N next
     QStringList expect;
@@ -132,6 +140,7 @@ Q_DECLARE_METATYPE(FindingsRow)
 Q_DECLARE_METATYPE(SymmetryRow)
 Q_DECLARE_METATYPE(LinkRow)
 Q_DECLARE_METATYPE(PublicationRow)
+Q_DECLARE_METATYPE(HelpRow)
 Q_DECLARE_METATYPE(AuthorRow)
 
 class QcbsWizardTest : public QObject {
@@ -489,6 +498,36 @@ private slots:
                 opened = qobject_cast<QcbsWizardPublicationPage*>(wizard->currentPage())->choice();
             }));
         QCOMPARE(opened, row.choose);
+    }
+
+    void helpButtons_data()
+    {
+        addRows<HelpRow>({
+            {"crystal, symmetry", {false, "QcbsWizardSpaceGroupPage", "_symmetry_space_group_name_H-M"}},
+            {"publication, authors", {true, "QcbsWizardAuthorPage", "_publ_author_address"}},
+        });
+    }
+    // A row's help button opens the dictionary's text on that row's data name.
+    void helpButtons()
+    {
+        QFETCH(HelpRow, row);
+        ScriptedWindow* window = open(QStringLiteral("Cottone.cif"), 5);
+        QString shown, text;
+        const auto script = [&](QcbsWizard* wizard) {
+            QVERIFY(goToPage(wizard, row.page));
+            for (auto* button : wizard->currentPage()->findChildren<QcbsDataItemHelpButton*>())
+                if (button->dataItemName() == QLatin1String(row.dataName))
+                    button->click();
+            if (auto* help = wizard->findChild<QcbsDataItemInfo*>()) {
+                shown = help->dataItemName();
+                text = help->toPlainText();
+            }
+        };
+        QVERIFY(runWizard<QcbsMainWindow>(
+            window, row.publication ? &QcbsMainWindow::publicationWizard : &QcbsMainWindow::crystalWizard,
+            script));
+        QCOMPARE(shown, QString::fromLatin1(row.dataName));
+        QVERIFY2(text.contains("Definition:") && !text.contains("(not in dictionary)"), qPrintable(text));
     }
 
     void authorList_data()

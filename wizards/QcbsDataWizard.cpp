@@ -10,8 +10,6 @@ QcbsDataWizard::QcbsDataWizard(const HCifDictionaryPool& pool, const CifDataBloc
     : QcbsWizard(pool, block, findings, {}, QStringLiteral("crystal_data"), parent)
 {
     setWindowTitle(QStringLiteral("Cifward Chemical and Crystal Data Wizard"));
-    setImportedCategories({QStringLiteral("chemical"), QStringLiteral("exptl"), QStringLiteral("symmetry"),
-                           QStringLiteral("space_group"), QStringLiteral("diffrn")});
     addIntroPage();
     addErrorPage();
     addWizardPage(new QcbsWizardChemicalPage);

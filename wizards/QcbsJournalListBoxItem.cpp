@@ -3,7 +3,7 @@
 #include "QcbsJournalListBox.h"
 
 QcbsJournalListBoxItem::QcbsJournalListBoxItem(const Journal& journal, QListWidget* list)
-    : QListWidgetItem(QString::fromStdString(journal.name()), list), journal_(journal),
+    : QListWidgetItem(QString::fromStdString(journal.name()), list),
       filterKey_(QcbsJournalListBox::filterKey(text()))
 {
     const QString coden = QString::fromStdString(journal.coden());

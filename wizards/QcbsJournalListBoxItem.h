@@ -11,11 +11,9 @@ class QcbsJournalListBoxItem : public QListWidgetItem {
 public:
     QcbsJournalListBoxItem(const Journal& journal, QListWidget* list);
 
-    const Journal& journal() const { return journal_; }
     const QString& filterKey() const { return filterKey_; }
 
 private:
-    Journal journal_;
     QString filterKey_;
 };
 

@@ -13,13 +13,13 @@ QcbsPublWizard::QcbsPublWizard(const HCifDictionaryPool& pool, const CifDataBloc
                                const HCifErrorList& findings, const QcbsContactRecord& contact,
                                QWidget* parent)
     : QcbsWizard(pool, block, findings, contact, QStringLiteral("publication_text"), parent),
-      authors_(new QcbsWizardAuthorPage(contact))
+      authors_(new QcbsWizardAuthorPage)
 {
     setWindowTitle(QStringLiteral("Cifward Publication Data Wizard"));
     setImportedCategories({QStringLiteral("publ"), QStringLiteral("journal"), QStringLiteral("nldc")});
     addIntroPage();
     addErrorPage();
-    addWizardPage(new QcbsWizardContactPage(contact));
+    addWizardPage(new QcbsWizardContactPage);
     auto* publication = new QcbsWizardPublicationPage;
     addWizardPage(publication);
     auto* requested = new QcbsWizardRequestedJournalPage;

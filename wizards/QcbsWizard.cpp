@@ -64,7 +64,6 @@ QcbsWizardPage* QcbsWizard::wizardPage(int id) const
 
 int QcbsWizard::addWizardPage(QcbsWizardPage* page)
 {
-    pages_ << page;
     connect(page, &QcbsWizardPage::pathChanged, this, &QcbsWizard::updatePageTitles);
     connect(page, &QcbsWizardPage::dataItemHelpRequested, this, &QcbsWizard::dataItemHelp);
     return addPage(page);

@@ -31,13 +31,11 @@ public:
     CifDataBlock& block() const { return *block_; }
     const CifErrorList& findings() const { return *findings_; }
     const QcbsContactRecord& contact() const { return contact_; }
-    bool startedWithoutBlock() const { return withoutBlock_; }
     void setLineLimit(unsigned limit) { lineLimit_ = limit; }
     // Where the item help looks for the installation's extra notes.
     void setHelpDirectory(const QString& directory) { helpDirectory_ = directory; }
     // The working block as the writer gives it.
     QString blockText() const;
-    const QList<QcbsWizardPage*>& wizardPages() const { return pages_; }
     QcbsWizardPage* currentWizardPage() const;
 
 signals:
@@ -66,7 +64,6 @@ private:
     HCif cif_;
     HCifDataBlock block_;
     HCifDictionaryPool pool_;
-    QList<QcbsWizardPage*> pages_;
 
     HCifErrorList findings_;
     QcbsContactRecord contact_;

@@ -1,6 +1,7 @@
 #include "QcbsWizardAuthorPage.h"
 
 #include "CifDataBlock.h"
+#include "QcbsContactRecord.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -31,12 +32,11 @@ void splitName(const QString& name, QString& family, QString& given)
 }
 } // namespace
 
-QcbsWizardAuthorPage::QcbsWizardAuthorPage(const QcbsContactRecord& contact, QWidget* parent)
+QcbsWizardAuthorPage::QcbsWizardAuthorPage(QWidget* parent)
     : QcbsWizardPage(QStringLiteral("Publication Information...   (page "),
                      QStringLiteral("Enter the names and addresses of the authors"), parent),
-      contact_(contact), family_(new QLineEdit(this)), given_(new QLineEdit(this)),
-      address_(new QPlainTextEdit(this)), position_(new QLabel(this)),
-      previous_(new QPushButton(QStringLiteral("Previous"), this)),
+      family_(new QLineEdit(this)), given_(new QLineEdit(this)), address_(new QPlainTextEdit(this)),
+      position_(new QLabel(this)), previous_(new QPushButton(QStringLiteral("Previous"), this)),
       next_(new QPushButton(QStringLiteral("Next"), this)),
       add_(new QPushButton(QStringLiteral("Add"), this)),
       delete_(new QPushButton(QStringLiteral("Delete"), this))
@@ -88,8 +88,8 @@ void QcbsWizardAuthorPage::loadFields(const CifDataBlock& block)
     // A block without authors starts from the contact author, who is most often one of them.
     if (authors_.empty()) {
         Author author;
-        splitName(contact_.name, author.family, author.given);
-        author.address = contact_.address;
+        splitName(contact().name, author.family, author.given);
+        author.address = contact().address;
         author.others.assign(otherColumns_.size(), "?");
         authors_.push_back(author);
     }

@@ -1,7 +1,6 @@
 #ifndef CIFWARD_QCBSWIZARDAUTHORPAGE_H
 #define CIFWARD_QCBSWIZARDAUTHORPAGE_H
 
-#include "QcbsContactRecord.h"
 #include "QcbsWizardPage.h"
 
 #include <string>
@@ -17,16 +16,14 @@ class QPushButton;
 class QcbsWizardAuthorPage : public QcbsWizardPage {
     Q_OBJECT
 public:
-    explicit QcbsWizardAuthorPage(const QcbsContactRecord& contact, QWidget* parent = nullptr);
+    explicit QcbsWizardAuthorPage(QWidget* parent = nullptr);
 
     void loadFields(const CifDataBlock& block) override;
     void storeFields(CifDataBlock& block) override;
 
     int authorCount() const { return static_cast<int>(authors_.size()); }
-    int currentAuthor() const { return current_; }
     QLineEdit* familyEdit() const { return family_; }
     QLineEdit* givenEdit() const { return given_; }
-    QPlainTextEdit* addressEdit() const { return address_; }
     QPushButton* previousButton() const { return previous_; }
     QPushButton* nextButton() const { return next_; }
     QPushButton* addButton() const { return add_; }
@@ -56,7 +53,6 @@ private:
     void showAuthor(int index);
     std::vector<Author> named() const;
 
-    QcbsContactRecord contact_;
     std::vector<Author> authors_;
     std::vector<Author> loaded_;
     std::vector<std::string> otherColumns_;

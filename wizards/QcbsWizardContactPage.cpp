@@ -1,14 +1,15 @@
 #include "QcbsWizardContactPage.h"
 
+#include "QcbsContactRecord.h"
+
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
 
-QcbsWizardContactPage::QcbsWizardContactPage(const QcbsContactRecord& contact, QWidget* parent)
+QcbsWizardContactPage::QcbsWizardContactPage(QWidget* parent)
     : QcbsWizardPage(QStringLiteral("Contact Information...   (page "),
                      QStringLiteral("Enter the details of the author to whom correspondence should be sent"),
-                     parent),
-      contact_(contact)
+                     parent)
 {
     auto* address = new QPlainTextEdit(this);
     address->setTabChangesFocus(true);
@@ -28,9 +29,10 @@ QcbsWizardContactPage::QcbsWizardContactPage(const QcbsContactRecord& contact, Q
 void QcbsWizardContactPage::loadFields(const CifDataBlock& block)
 {
     QcbsWizardPage::loadFields(block);
-    const QString kept[] = {contact_.name, contact_.email, contact_.address, contact_.phone, contact_.fax};
+    const QcbsContactRecord& kept = contact();
+    const QString fallbacks[] = {kept.name, kept.email, kept.address, kept.phone, kept.fax};
     int i = 0;
     for (QcbsWizardField& field : editableFields())
-        if (const QString& fallback = kept[i++]; field.text().isEmpty() && field.entry()->isEnabled())
+        if (const QString& fallback = fallbacks[i++]; field.text().isEmpty() && field.entry()->isEnabled())
             field.setText(fallback);
 }

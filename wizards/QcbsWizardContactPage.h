@@ -1,7 +1,6 @@
 #ifndef CIFWARD_QCBSWIZARDCONTACTPAGE_H
 #define CIFWARD_QCBSWIZARDCONTACTPAGE_H
 
-#include "QcbsContactRecord.h"
 #include "QcbsWizardPage.h"
 
 // Who to write to about the submission: the block's contact author, or where the block names
@@ -9,12 +8,9 @@
 class QcbsWizardContactPage : public QcbsWizardPage {
     Q_OBJECT
 public:
-    explicit QcbsWizardContactPage(const QcbsContactRecord& contact, QWidget* parent = nullptr);
+    explicit QcbsWizardContactPage(QWidget* parent = nullptr);
 
     void loadFields(const CifDataBlock& block) override;
-
-private:
-    QcbsContactRecord contact_;
 };
 
 #endif

@@ -30,8 +30,8 @@ QcbsWizardErrorPage::QcbsWizardErrorPage(QWidget* parent)
 
 void QcbsWizardErrorPage::loadFields(const CifDataBlock&)
 {
-    if (auto* frame = qobject_cast<QcbsWizard*>(wizard()))
-        showFindings(frame->findings());
+    if (frame())
+        showFindings(frame()->findings());
 }
 
 void QcbsWizardErrorPage::showFindings(const CifErrorList& findings)

@@ -1,6 +1,7 @@
 #include "QcbsWizardPage.h"
 
 #include "QcbsDataItemHelpButton.h"
+#include "QcbsWizard.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -21,6 +22,17 @@ QcbsWizardPage::QcbsWizardPage(const QString& titleStem, const QString& heading,
     }
     content_->addLayout(rows_);
     rows_->setColumnStretch(1, 1);
+}
+
+QcbsWizard* QcbsWizardPage::frame() const
+{
+    return qobject_cast<QcbsWizard*>(wizard());
+}
+
+const QcbsContactRecord& QcbsWizardPage::contact() const
+{
+    static const QcbsContactRecord none;
+    return frame() ? frame()->contact() : none;
 }
 
 void QcbsWizardPage::setPosition(int position, int count)

@@ -7,6 +7,8 @@
 #include <deque>
 
 class CifDataBlock;
+class QcbsWizard;
+struct QcbsContactRecord;
 class QGridLayout;
 class QLabel;
 class QVBoxLayout;
@@ -19,7 +21,6 @@ class QcbsWizardPage : public QWizardPage {
 public:
     QcbsWizardPage(const QString& titleStem, const QString& heading = {}, QWidget* parent = nullptr);
 
-    const QString& titleStem() const { return titleStem_; }
     // The title is the stem, the position, " of ", the count and a closing bracket.
     void setPosition(int position, int count);
 
@@ -40,6 +41,10 @@ signals:
 
 protected:
     QVBoxLayout* content() const { return content_; }
+    // The wizard that shows this page; null before it is added to one.
+    QcbsWizard* frame() const;
+    // The contact record the wizard was given, or an empty one.
+    const QcbsContactRecord& contact() const;
     // Adds a row for `dataName`; the page takes the entry.
     QcbsWizardField& addField(const QString& label, const QString& dataName, QWidget* entry);
     // A row whose entry the page reads and writes itself.

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPushButton>
+#include <algorithm>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -38,7 +39,9 @@ HCifErrorList QcbsWizard::blockFindings(const Cif& cif, std::size_t index)
     HCifErrorList found(new CifErrorList);
     // What comes before the first heading (a header comment too long, say) belongs to the first.
     const std::int32_t first = index == 0 ? INT32_MIN : cif.block(index).line();
-    const std::int32_t next = index + 1 < cif.block_count() ? cif.block(index + 1).line() : INT32_MAX;
+    std::int32_t next = index + 1 < cif.block_count() ? cif.block(index + 1).line() : INT32_MAX;
+    if (next <= first) // a block that the reader made itself has no line
+        next = INT32_MAX;
     for (const CifError& finding : *cif.errors())
         if (finding.line < 0 || (finding.line >= first && finding.line < next))
             found->add(finding);
@@ -144,10 +147,14 @@ bool QcbsWizard::imported(const std::string& name) const
     return false;
 }
 
-// The block starts again from the file's first block each time another file is named, so that
-// nothing of an earlier choice stays behind.
+// The block starts again, empty, each time the file line changes, and takes the items of the
+// file's first block when the line names a CIF, so that nothing of an earlier choice stays.
 void QcbsWizard::filechanged(const QString& path)
 {
+    const std::string name = block_->name();
+    cif_ = HCif(new Cif(pool_));
+    block_ = cif_->add_block(name, cif_->end());
+    findings_ = HCifErrorList(new CifErrorList);
     if (!QFileInfo(path).isFile()) {
         intro_->setFileStatus(path.isEmpty() ? QString() : QStringLiteral("No such file."));
         return;
@@ -159,14 +166,12 @@ void QcbsWizard::filechanged(const QString& path)
     }
     HCif source(new Cif(pool_));
     source->read(stream, lineLimit_);
+    findings_ = HCifErrorList(new CifErrorList(*source->errors()));
     if (source->block_count() == 0) {
         intro_->setFileStatus(QStringLiteral("The file holds no data block."));
         return;
     }
     const CifDataBlock& from = source->block(0);
-    const std::string name = block_->name();
-    cif_ = HCif(new Cif(pool_));
-    block_ = cif_->add_block(name, cif_->end());
     std::set<std::string, CifNameLess> done;
     int taken = 0;
     for (const HCifDataItem& item : from) {
@@ -187,7 +192,6 @@ void QcbsWizard::filechanged(const QString& path)
         done.insert(names.begin(), names.end());
         taken += static_cast<int>(names.size());
     }
-    findings_ = HCifErrorList(new CifErrorList(*source->errors()));
     intro_->setFileStatus(QStringLiteral("%1 data item%2 taken from %3.")
                               .arg(taken)
                               .arg(taken == 1 ? QString() : QStringLiteral("s"))

@@ -220,6 +220,9 @@ private:
     bool replaceDataItemPair(const QString& blockName, const QString& item, const QString& pair);
     void findAgain(bool forward);
     int currentParagraph() const;
+    // The block that holds the cursor, checked first if the text changed, with the findings in
+    // it; null before the first block.
+    const CifDataBlock* wizardBlock(HCifErrorList& findings);
 
     HQcbsAppState state_;
     QString fileName_;

@@ -99,14 +99,6 @@ void QcbsMainWindow::editPrefs()
     dialog.exec();
 }
 
-void QcbsMainWindow::publicationWizard()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::crystalWizard()
-{
-    showNotAvailable();
-}
 void QcbsMainWindow::wizardEd()
 {
 }

@@ -79,6 +79,13 @@ TEST(StructureReport, ReportsRealFiles)
         {{two_blocks},
          {two_blocks + ": data_text: no atom sites, skipped",
           "  warning: the cell gives no value for alpha, beta, which the space group R3 fixes"}},
+        {{corpus + "/cod/1001614.cif"},
+         {"data_1001614: cannot build the structure: Failed to read atom H1 :reason: Reading atom coordinate",
+          "\n  space group: P21/c (14) from the operators; the symbol gives P21/c (14)\n"}},
+        {{corpus + "/cod/8000008-tags-with-dots.cif"},
+         {"data_8000008: cannot build the structure: Reading cell from Cif failed,  could not retrieve "
+          "'_cell_length_a'",
+          "\n  space group: P21 (4) from the operators; the symbol gives P21 (4)\n"}},
         {{"--format", "json", flavonoid},
          {"\"spacegroup\": {\"name\": \"P21/c\", \"number\": 14, \"from_symbol\": {\"name\": \"P21/c\", "
           "\"number\": 14}}",

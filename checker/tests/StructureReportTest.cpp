@@ -140,7 +140,7 @@ TEST(StructureReport, MoietyAgreesAcrossTheCorpus)
             int sites = 0, hydrogen_sites = 0;
             for (const HAtom& a : CifMolecule::atoms(CifMolecule::atom_items(data))) {
                 ++sites;
-                hydrogen_sites += a->element().symbol() == "H";
+                hydrogen_sites += std::string(a->element().symbol()) == "H";
             }
             if (computed_h + 0.01 < given_h &&
                 hydrogen_sites + 0.01 * sites < given_h * (sites - hydrogen_sites)) {

@@ -175,6 +175,11 @@ StructureReport::Block StructureReport::analyse(const CifDataBlock& block)
     try {
         out.cell = CifCell::cell(block, &out.warnings);
         out.spacegroup = out.cell.spacegroup();
+        // The table holds some operator sets under more than one name ("C2/a" before "C2/m"):
+        // where the file's symbol is one of them, that is the name to show.
+        if (out.from_symbol && out.from_symbol->number() == out.spacegroup->number() &&
+            CifCell::same_operators(out.from_symbol->symmops(), out.spacegroup->symmops()))
+            out.spacegroup = *out.from_symbol;
         if (!out.cell.valid())
             out.cell = filled_in(block, out.cell, out.warnings);
         if (!out.cell.valid())

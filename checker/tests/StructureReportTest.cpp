@@ -83,6 +83,8 @@ TEST(StructureReport, ReportsRealFiles)
         {{corpus + "/cod/1001614.cif"},
          {"data_1001614: cannot build the structure: Failed to read atom H1 :reason: Reading atom coordinate",
           "\n  space group: P21/c (14) from the operators; the symbol gives P21/c (14)\n"}},
+        {{corpus + "/cod/AMCSD0000001.cif"},
+         {"\n  space group: C2/m (12) from the operators; the symbol gives C2/m (12)\n"}},
         {{corpus + "/cod/8000008-tags-with-dots.cif"},
          {"data_8000008: cannot build the structure: Reading cell from Cif failed,  could not retrieve "
           "'_cell_length_a'",

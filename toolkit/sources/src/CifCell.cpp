@@ -47,17 +47,6 @@ void warn(std::vector<std::string>* warnings, const std::string& text)
         warnings->push_back(text);
 }
 
-// Whether two operator lists are the same set, up to lattice translations.
-bool same_operators(std::vector<SymmOp> a, std::vector<SymmOp> b)
-{
-    if (a.size() != b.size())
-        return false;
-    std::sort(a.begin(), a.end());
-    std::sort(b.begin(), b.end());
-    return std::equal(a.begin(), a.end(), b.begin(),
-                      [](const SymmOp& x, const SymmOp& y) { return x.equivalent(y); });
-}
-
 // Fails unless every product of two operators is one of them.
 void require_group(const std::vector<SymmOp>& ops)
 {
@@ -96,6 +85,16 @@ CifCell::SymmetryItems CifCell::symmetry_items(const CifDataBlock& block)
     return {first_found(block, {"_symmetry_space_group_name_H-M", "_space_group_name_H-M_alt"}),
             first_found(block, {"_space_group_IT_number", "_symmetry_Int_Tables_number"}),
             first_found(block, {"_space_group_symop_operation_xyz", "_symmetry_equiv_pos_as_xyz"})};
+}
+
+bool CifCell::same_operators(std::vector<SymmOp> a, std::vector<SymmOp> b)
+{
+    if (a.size() != b.size())
+        return false;
+    std::sort(a.begin(), a.end());
+    std::sort(b.begin(), b.end());
+    return std::equal(a.begin(), a.end(), b.begin(),
+                      [](const SymmOp& x, const SymmOp& y) { return x.equivalent(y); });
 }
 
 Spacegroup CifCell::spacegroup_from_symbol(const CifDataBlock& block)

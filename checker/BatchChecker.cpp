@@ -6,6 +6,7 @@
 #include "JsonWriter.h"
 #include "ProgramInfo.h"
 #include "QcbsDictionaryLoader.h"
+#include "StructureReport.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -304,7 +305,11 @@ int BatchChecker::run()
         if (file.errors > 0 && status_ == Clean)
             status_ = HasErrors;
 
-        if (json)
+        if (options_.structure && json)
+            StructureReport::write_json(report, file.name, StructureReport::analyse(cif), first);
+        else if (options_.structure)
+            StructureReport::write_text(report, file.name, StructureReport::analyse(cif));
+        else if (json)
             report_json(report, file, first);
         else
             report_text(report, file);

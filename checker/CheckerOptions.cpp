@@ -40,6 +40,9 @@ std::string CheckerOptions::usage()
            "  --mandatory FILE    after reading, report the data items that FILE lists and a\n"
            "                      file lacks (lines 'data_publication', 'data_crystal' or\n"
            "                      'data_all', each followed by data names)\n"
+           "  --structure         report what each block with atom sites describes: the space\n"
+           "                      group, the cell, the atoms, bonds and molecules, and the\n"
+           "                      moiety formula computed beside the file's own\n"
            "  -h, --help          show this help and exit\n"
            "  --version           show the version and exit\n"
            "\n"
@@ -102,6 +105,10 @@ bool CheckerOptions::parse(int argc, const char* const* argv, CheckerOptions& op
             if (!no_value())
                 return false;
             options.use_dictionaries = false;
+        } else if (arg == "--structure") {
+            if (!no_value())
+                return false;
+            options.structure = true;
         } else if (arg == "--list-dicts") {
             if (!no_value())
                 return false;

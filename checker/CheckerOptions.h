@@ -18,7 +18,8 @@ struct CheckerOptions {
     std::string mandatory_file;
     bool help = false;
     bool version = false;
-    std::string output; // empty: no write-back; "-": standard output
+    std::string output;     // empty: no write-back; "-": standard output
+    bool structure = false; // report the structure of each block instead of the findings
 
     // Fills `options` from argv; on a usage error gives false with a one-line `error`.
     static bool parse(int argc, const char* const* argv, CheckerOptions& options, std::string& error);

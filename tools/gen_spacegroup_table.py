@@ -21,7 +21,14 @@ How a row is made, for each name of the program's vocabulary below (in table ord
      store only their proper operators: the program appends the images under inversion itself.
   4. Incomplete symbols (a '*' for an element left open) store the identity only. Their number is
      500 plus the highest number of a complete row that has the same Laue group and the same
-     systematic absences, found from a representative complete symbol (the '*'s filled in).
+     systematic absences, found from a representative complete symbol (the '*'s filled in); when
+     no such symbol is a name of the table, from the group that the symbol itself generates.
+  5. Two names agree with no setting of any neighbouring number: I2/n (an n glide in an I lattice
+     is also a mirror, so the group is one of number 12) and I*aa. They keep the row and number
+     that their place gives, with the operators that their symbols generate, so that a file
+     naming them still finds a row.
+  6. C2/c stands under two settings of number 15 (5 and 6). Nothing in the vocabulary tells the
+     second apart from the first, so it repeats the first's operators rather than invent others.
 
 Usage: tools/gen_spacegroup_table.py [syminfo.lib] > toolkit/src/SpacegroupTable.cpp
 """
@@ -99,6 +106,9 @@ NAMES = [
     'P62,422', 'P6/***', 'P6/*cc', 'P6/*c*', 'P6/**c', 'P*3', 'F*3', 'I*3', 'P41,332', 'P*3*',
     'P*3n', 'F*3*', 'F*3c',
 ]
+
+# Names that stand under more than one setting, with how many rows they take.
+REPEATED = {'C2/c': 2}
 
 CENTROSYMMETRIC = [(2, 2), (10, 15), (47, 74), (83, 88), (123, 142), (147, 148), (162, 167),
                    (175, 176), (191, 194), (200, 206), (221, 230)]
@@ -327,6 +337,20 @@ def rotation_matrix(d, rot):
     return tuple(-x for x in r) if rot.startswith('-') else r
 
 
+def symbol_group(name):
+    """The group a complete symbol generates at the origin: its centring, and for each position
+    the rotation or screw along the direction and the mirror or glide across it."""
+    lattice, positions = parse_symbol(name)
+    gens = [(IDENTITY, mod1(c)) for c in LATTICE_CENTRING[lattice]]
+    for d, rot, plane in positions:
+        if rot and rot != '1':
+            screw = Fr(int(rot[1]), int(rot[0])) if len(rot) > 1 and not rot.startswith('-') else Fr(0)
+            gens.append((rotation_matrix(d, rot), mod1(tuple(screw * x for x in AXIS[d]))))
+        if plane:
+            gens.append((tuple(-x for x in TWOFOLD[d]), mod1(glide_vectors(d, plane)[0])))
+    return closure(gens)
+
+
 def symbol_point_group(positions):
     gens = []
     for d, rot, plane in positions:
@@ -538,7 +562,8 @@ def build_rows(entries, skipped):
     for i, n in enumerate(complete):
         if n in direct:
             e = direct[n]
-            rows.append((n, e['number'], e['ops'], 'syminfo.lib ' + e['xhm']))
+            for _ in range(REPEATED.get(n, 1)):
+                rows.append((n, e['number'], e['ops'], 'syminfo.lib ' + e['xhm']))
             continue
         before = max((direct[m]['number'] for m in complete[:i] if m in direct), default=1)
         after = min((direct[m]['number'] for m in complete[i + 1:] if m in direct), default=230)
@@ -559,11 +584,13 @@ def build_rows(entries, skipped):
                 break
         if not made:
             # The symbol names elements that no setting of a neighbouring number has together
-            # (I2/n: an n glide in an I lattice is also a mirror): such a name gets no row.
-            sys.stderr.write('no setting of %d..%d agrees with %s: left out\n' % (before, after, n))
+            # (I2/n: an n glide in an I lattice is also a mirror). Its place fixes the number.
+            assert before == after, n
+            sys.stderr.write('no setting of %d agrees with %s: generated from its symbol\n' % (before, n))
             skipped.append(n)
-            continue
-        rows.append(made)
+            made = (n, before, symbol_group(n), 'generated from its symbol; agrees with no setting of %d' % before)
+        for _ in range(REPEATED.get(n, 1)):
+            rows.append(made)
 
     final = []
     for n, number, ops, origin in rows:
@@ -585,14 +612,17 @@ def number_incomplete(rows, skipped):
     for n in [m for m in NAMES if is_incomplete(m)]:
         rep = next((r for r in representatives(n) if r in by_name), None)
         if rep is None:
-            sys.stderr.write('no complete symbol fills in %s: left out\n' % n)
+            rep = representatives(n)[0]
+            sys.stderr.write('no name of the table fills in %s: numbered through the group of %s\n' % (n, rep))
             skipped.append(n)
-            continue
-        number, ops = by_name[rep]
+            ops = symbol_group(rep)
+        else:
+            ops = by_name[rep][1]
         laue, absent = laue_group(ops), absences(ops)
         best = 0
-        for m, num, g, _, _ in rows:
-            if laue_group(g) != laue:
+        for m, num, g, _, origin in rows:
+            # A group generated from a symbol that fits no setting says nothing of its number.
+            if origin.startswith('generated') or laue_group(g) != laue:
                 continue
             if m not in cache:
                 cache[m] = absences(g)
@@ -643,7 +673,7 @@ def main():
     w('// clang-format off')
     w('#include "SpacegroupTable.h"')
     w('')
-    w('// Names of the vocabulary that no setting could be given: %s' % ', '.join(skipped))
+    w('// Names of the vocabulary that agree with no setting, generated from their symbols: %s' % ', '.join(skipped))
     w('')
     w('namespace {')
     w('')

@@ -39,6 +39,8 @@ public:
     const UncertainValue& beta() const { return beta_; }
     const UncertainValue& gamma() const { return gamma_; }
     bool valid() const { return valid_; }
+    // In cubic Angstroms; 0 for a cell that is not valid.
+    double volume() const;
 
     const Spacegroup& spacegroup() const { return spacegroup_; }
     void set_spacegroup(const Spacegroup& spacegroup) { spacegroup_ = spacegroup; }

@@ -76,6 +76,14 @@ void Cell::update_matrices()
     fractional_ = orthogonal_.inverse();
 }
 
+double Cell::volume() const
+{
+    if (!valid_)
+        return 0.0;
+    const double ca = std::cos(alpha_.value), cb = std::cos(beta_.value), cg = std::cos(gamma_.value);
+    return a_.value * b_.value * c_.value * std::sqrt(1 - ca * ca - cb * cb - cg * cg + 2 * ca * cb * cg);
+}
+
 SymmOp Cell::symmop(const SymmMap& map) const
 {
     SymmOp op = symmop(map.op);

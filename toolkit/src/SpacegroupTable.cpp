@@ -3,7 +3,7 @@
 // clang-format off
 #include "SpacegroupTable.h"
 
-// Names of the vocabulary that no setting could be given: I2/n, I*aa
+// Names of the vocabulary that agree with no setting, generated from their symbols: I2/n, I*aa
 
 namespace {
 
@@ -744,9 +744,11 @@ const int16_t operator_indices[] = {
     0, 15, 1, 13,
     0, 40, 3, 9,
     0, 40, 3, 9,
+    0, 40, 3, 9,
     0, 2, 47, 48, 3, 1, 45, 46,
     0, 14, 4, 12,
     0, 40, 4, 13,
+    0, 4, 15, 8,
     0, 40, 4, 13,
     0, 40, 4, 13,
     0, 41, 1, 11,
@@ -1327,6 +1329,7 @@ const int16_t operator_indices[] = {
     0,
     0,
     0,
+    0,
 };
 
 const SpacegroupRow table_rows[] = {
@@ -1424,590 +1427,593 @@ const SpacegroupRow table_rows[] = {
     {"A2/a", 15, 3, 4, 288}, // syminfo.lib A 1 2/a 1
     {"A2/n", 15, 4, 4, 292}, // syminfo.lib A 1 2/n 1
     {"C2/c", 15, 5, 4, 296}, // syminfo.lib C 1 2/c 1
-    {"C2/n", 15, 6, 4, 300}, // syminfo.lib C 1 2/n 1
-    {"F2/d", 15, 7, 8, 304}, // syminfo.lib I 2/c 1 1, x = (0, 1, 0, 1, 0, 1, 1, 0, -1) x'
-    {"I2/a", 15, 8, 4, 312}, // syminfo.lib I 1 2/a 1
-    {"I2/c", 15, 9, 4, 316}, // syminfo.lib I 1 2/c 1
-    {"I21/a", 15, 10, 4, 320}, // syminfo.lib I 1 2/a 1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"I21/c", 15, 11, 4, 324}, // syminfo.lib I 1 2/a 1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"A112/a", 15, 12, 4, 328}, // syminfo.lib A 1 1 2/a
-    {"B112/b", 15, 13, 4, 332}, // syminfo.lib B 1 1 2/b
-    {"B112/n", 15, 14, 4, 336}, // syminfo.lib B 1 1 2/n
-    {"B1121/b", 15, 15, 4, 340}, // syminfo.lib B 2/b 1 1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"I112/a", 15, 16, 4, 344}, // syminfo.lib I 1 1 2/a
-    {"I112/b", 15, 17, 4, 348}, // syminfo.lib I 1 1 2/b
-    {"P222", 16, 1, 4, 352}, // syminfo.lib P 2 2 2
-    {"P2221", 17, 1, 4, 356}, // syminfo.lib P 2 2 21
-    {"P2122", 17, 2, 4, 360}, // syminfo.lib P 21 2 2
-    {"P2212", 17, 3, 4, 364}, // syminfo.lib P 2 21 2
-    {"P21212", 18, 1, 4, 368}, // syminfo.lib P 21 21 2
-    {"P22121", 18, 2, 4, 372}, // syminfo.lib P 2 21 21
-    {"P21221", 18, 3, 4, 376}, // syminfo.lib P 21 2 21
-    {"P212121", 19, 1, 4, 380}, // syminfo.lib P 21 21 21
-    {"C2221", 20, 1, 8, 384}, // syminfo.lib C 2 2 21
-    {"C212121", 20, 2, 8, 392}, // syminfo.lib A 21 2 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"A2122", 20, 3, 8, 400}, // syminfo.lib A 21 2 2
-    {"B2212", 20, 4, 8, 408}, // syminfo.lib B 2 21 2
-    {"C222", 21, 1, 8, 416}, // syminfo.lib C 2 2 2
-    {"C21212", 21, 2, 8, 424}, // syminfo.lib A 2 2 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"A222", 21, 3, 8, 432}, // syminfo.lib A 2 2 2
-    {"B222", 21, 4, 8, 440}, // syminfo.lib B 2 2 2
-    {"F222", 22, 1, 16, 448}, // syminfo.lib F 2 2 2
-    {"F212121", 22, 2, 16, 464}, // syminfo.lib F 2 2 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"I222", 23, 1, 8, 480}, // syminfo.lib I 2 2 2
-    {"I212121", 24, 1, 8, 488}, // syminfo.lib I 21 21 21
-    {"Pmm2", 25, 1, 4, 496}, // syminfo.lib P m m 2
-    {"P2mm", 25, 2, 4, 500}, // syminfo.lib P 2 m m
-    {"Pm2m", 25, 3, 4, 504}, // syminfo.lib P m 2 m
-    {"Pmc21", 26, 1, 4, 508}, // syminfo.lib P m c 21
-    {"P21ma", 26, 2, 4, 512}, // syminfo.lib P 21 m a
-    {"Pb21m", 26, 3, 4, 516}, // syminfo.lib P b 21 m
-    {"Pm21b", 26, 4, 4, 520}, // syminfo.lib P m 21 b
-    {"Pcm21", 26, 5, 4, 524}, // syminfo.lib P c m 21
-    {"P21am", 26, 6, 4, 528}, // syminfo.lib P 21 a m
-    {"Pcc2", 27, 1, 4, 532}, // syminfo.lib P c c 2
-    {"P2aa", 27, 2, 4, 536}, // syminfo.lib P 2 a a
-    {"Pb2b", 27, 3, 4, 540}, // syminfo.lib P b 2 b
-    {"Pma2", 28, 1, 4, 544}, // syminfo.lib P m a 2
-    {"P2mb", 28, 2, 4, 548}, // syminfo.lib P 2 m b
-    {"Pc2m", 28, 3, 4, 552}, // syminfo.lib P c 2 m
-    {"Pm2a", 28, 4, 4, 556}, // syminfo.lib P m 2 a
-    {"Pbm2", 28, 5, 4, 560}, // syminfo.lib P b m 2
-    {"P2cm", 28, 6, 4, 564}, // syminfo.lib P 2 c m
-    {"Pca21", 29, 1, 4, 568}, // syminfo.lib P c a 21
-    {"P21ab", 29, 2, 4, 572}, // syminfo.lib P 21 a b
-    {"Pc21b", 29, 3, 4, 576}, // syminfo.lib P c 21 b
-    {"Pb21a", 29, 4, 4, 580}, // syminfo.lib P b 21 a
-    {"Pbc21", 29, 5, 4, 584}, // syminfo.lib P b c 21
-    {"P21ca", 29, 6, 4, 588}, // syminfo.lib P 21 c a
-    {"Pnc2", 30, 1, 4, 592}, // syminfo.lib P n c 2
-    {"P2na", 30, 2, 4, 596}, // syminfo.lib P 2 n a
-    {"Pb2n", 30, 3, 4, 600}, // syminfo.lib P b 2 n
-    {"Pn2b", 30, 4, 4, 604}, // syminfo.lib P n 2 b
-    {"Pcn2", 30, 5, 4, 608}, // syminfo.lib P c n 2
-    {"P2an", 30, 6, 4, 612}, // syminfo.lib P 2 a n
-    {"Pmn21", 31, 1, 4, 616}, // syminfo.lib P m n 21
-    {"P21mn", 31, 2, 4, 620}, // syminfo.lib P 21 m n
-    {"Pn21m", 31, 3, 4, 624}, // syminfo.lib P n 21 m
-    {"Pm21n", 31, 4, 4, 628}, // syminfo.lib P m 21 n
-    {"Pnm21", 31, 5, 4, 632}, // syminfo.lib P n m 21
-    {"P21nm", 31, 6, 4, 636}, // syminfo.lib P 21 n m
-    {"Pba2", 32, 1, 4, 640}, // syminfo.lib P b a 2
-    {"P2cb", 32, 2, 4, 644}, // syminfo.lib P 2 c b
-    {"Pc2a", 32, 3, 4, 648}, // syminfo.lib P c 2 a
-    {"Pna21", 33, 1, 4, 652}, // syminfo.lib P n a 21
-    {"P21nb", 33, 2, 4, 656}, // syminfo.lib P 21 n b
-    {"Pc21n", 33, 3, 4, 660}, // syminfo.lib P c 21 n
-    {"Pn21a", 33, 4, 4, 664}, // syminfo.lib P n 21 a
-    {"Pbn21", 33, 5, 4, 668}, // syminfo.lib P b n 21
-    {"P21cn", 33, 6, 4, 672}, // syminfo.lib P 21 c n
-    {"Pnn2", 34, 1, 4, 676}, // syminfo.lib P n n 2
-    {"P2nn", 34, 2, 4, 680}, // syminfo.lib P 2 n n
-    {"Pn2n", 34, 3, 4, 684}, // syminfo.lib P n 2 n
-    {"Cmm2", 35, 1, 8, 688}, // syminfo.lib C m m 2
-    {"Cba2", 35, 2, 8, 696}, // syminfo.lib A 2 m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"A2mm", 35, 3, 8, 704}, // syminfo.lib A 2 m m
-    {"Bm2m", 35, 4, 8, 712}, // syminfo.lib B m 2 m
-    {"Cmc21", 36, 1, 8, 720}, // syminfo.lib C m c 21
-    {"A21ma", 36, 2, 8, 728}, // syminfo.lib A 21 m a
-    {"Bb21m", 36, 3, 8, 736}, // syminfo.lib B b 21 m
-    {"Bm21b", 36, 4, 8, 744}, // syminfo.lib B m 21 b
-    {"Ccm21", 36, 5, 8, 752}, // syminfo.lib C c m 21
-    {"Cbn21", 36, 6, 8, 760}, // syminfo.lib A 21 a m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Cna21", 36, 7, 8, 768}, // syminfo.lib A 21 m a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"A21am", 36, 8, 8, 776}, // syminfo.lib A 21 a m
-    {"Ccc2", 37, 1, 8, 784}, // syminfo.lib C c c 2
-    {"Cnn2", 37, 2, 8, 792}, // syminfo.lib A 2 a a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"A2aa", 37, 3, 8, 800}, // syminfo.lib A 2 a a
-    {"Bb2b", 37, 4, 8, 808}, // syminfo.lib B b 2 b
-    {"Amm2", 38, 1, 8, 816}, // syminfo.lib A m m 2
-    {"Anc21", 38, 2, 8, 824}, // syminfo.lib C 2 m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"B2mm", 38, 3, 8, 832}, // syminfo.lib B 2 m m
-    {"Cm2m", 38, 4, 8, 840}, // syminfo.lib C m 2 m
-    {"Am2m", 38, 5, 8, 848}, // syminfo.lib A m 2 m
-    {"Bmm2", 38, 6, 8, 856}, // syminfo.lib B m m 2
-    {"C2mm", 38, 7, 8, 864}, // syminfo.lib C 2 m m
-    {"Abm2", 39, 1, 8, 872}, // syminfo.lib A b m 2
-    {"Acc21", 39, 2, 8, 880}, // syminfo.lib C 2 m b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"B2cm", 39, 3, 8, 888}, // syminfo.lib B 2 c m
-    {"Cm2a", 39, 4, 8, 896}, // syminfo.lib C m 2 a
-    {"Ac2m", 39, 5, 8, 904}, // syminfo.lib A c 2 m
-    {"Bma2", 39, 6, 8, 912}, // syminfo.lib B m a 2
-    {"C2mb", 39, 7, 8, 920}, // syminfo.lib C 2 m b
-    {"Ama2", 40, 1, 8, 928}, // syminfo.lib A m a 2
-    {"Ann21", 40, 2, 8, 936}, // syminfo.lib C 2 c m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"B2mb", 40, 3, 8, 944}, // syminfo.lib B 2 m b
-    {"Cc2m", 40, 4, 8, 952}, // syminfo.lib C c 2 m
-    {"Am2a", 40, 5, 8, 960}, // syminfo.lib A m 2 a
-    {"Bbm2", 40, 6, 8, 968}, // syminfo.lib B b m 2
-    {"C2cm", 40, 7, 8, 976}, // syminfo.lib C 2 c m
-    {"Aba2", 41, 1, 8, 984}, // syminfo.lib A b a 2
-    {"Acn21", 41, 2, 8, 992}, // syminfo.lib C 2 c b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"B2cb", 41, 3, 8, 1000}, // syminfo.lib B 2 c b
-    {"Cc2a", 41, 4, 8, 1008}, // syminfo.lib C c 2 a
-    {"Ac2a", 41, 5, 8, 1016}, // syminfo.lib A c 2 a
-    {"Bba2", 41, 6, 8, 1024}, // syminfo.lib B b a 2
-    {"C2cb", 41, 7, 8, 1032}, // syminfo.lib C 2 c b
-    {"Ab2a", 41, 8, 8, 1040}, // syminfo.lib C c 2 a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"B2ab", 41, 9, 8, 1048}, // syminfo.lib B b a 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"C2ca", 41, 10, 8, 1056}, // syminfo.lib A b a 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Cc2b", 41, 11, 8, 1064}, // syminfo.lib A c 2 a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Fmm2", 42, 1, 16, 1072}, // syminfo.lib F m m 2
-    {"F2mm", 42, 2, 16, 1088}, // syminfo.lib F 2 m m
-    {"Fm2m", 42, 3, 16, 1104}, // syminfo.lib F m 2 m
-    {"Fdd2", 43, 1, 16, 1120}, // syminfo.lib F d d 2
-    {"Fdd21", 43, 2, 16, 1136}, // syminfo.lib F 2 d d, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"F2dd", 43, 3, 16, 1152}, // syminfo.lib F 2 d d
-    {"Fd2d", 43, 4, 16, 1168}, // syminfo.lib F d 2 d
-    {"Imm2", 44, 1, 8, 1184}, // syminfo.lib I m m 2
-    {"Inn21", 44, 2, 8, 1192}, // syminfo.lib I 2 m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"I2mm", 44, 3, 8, 1200}, // syminfo.lib I 2 m m
-    {"Im2m", 44, 4, 8, 1208}, // syminfo.lib I m 2 m
-    {"Iba2", 45, 1, 8, 1216}, // syminfo.lib I b a 2
-    {"Icc21", 45, 2, 8, 1224}, // syminfo.lib I 2 c b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"I2cb", 45, 3, 8, 1232}, // syminfo.lib I 2 c b
-    {"Ic2a", 45, 4, 8, 1240}, // syminfo.lib I c 2 a
-    {"Ib2a", 45, 5, 8, 1248}, // syminfo.lib I c 2 a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Ima2", 46, 1, 8, 1256}, // syminfo.lib I m a 2
-    {"Inc21", 46, 2, 8, 1264}, // syminfo.lib I 2 c m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"I2mb", 46, 3, 8, 1272}, // syminfo.lib I 2 m b
-    {"Ic2m", 46, 4, 8, 1280}, // syminfo.lib I c 2 m
-    {"Im2a", 46, 5, 8, 1288}, // syminfo.lib I m 2 a
-    {"Ibm2", 46, 6, 8, 1296}, // syminfo.lib I b m 2
-    {"I2cm", 46, 7, 8, 1304}, // syminfo.lib I 2 c m
-    {"I2ma", 46, 8, 8, 1312}, // syminfo.lib I b m 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"I2am", 46, 9, 8, 1320}, // syminfo.lib I m a 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Pmmm", 47, 1, 4, 1328}, // syminfo.lib P m m m
-    {"Pnnn", 48, 1, 4, 1332}, // syminfo.lib P n n n :2
-    {"Pccm", 49, 1, 4, 1336}, // syminfo.lib P c c m
-    {"Pmaa", 49, 2, 4, 1340}, // syminfo.lib P m a a
-    {"Pbmb", 49, 3, 4, 1344}, // syminfo.lib P b m b
-    {"Pban", 50, 1, 4, 1348}, // syminfo.lib P b a n :2
-    {"Pncb", 50, 2, 4, 1352}, // syminfo.lib P n c b :2
-    {"Pcna", 50, 3, 4, 1356}, // syminfo.lib P c n a :2
-    {"Pmma", 51, 1, 4, 1360}, // syminfo.lib P m m a
-    {"Pbmm", 51, 2, 4, 1364}, // syminfo.lib P b m m
-    {"Pmcm", 51, 3, 4, 1368}, // syminfo.lib P m c m
-    {"Pmam", 51, 4, 4, 1372}, // syminfo.lib P m a m
-    {"Pmmb", 51, 5, 4, 1376}, // syminfo.lib P m m b
-    {"Pcmm", 51, 6, 4, 1380}, // syminfo.lib P c m m
-    {"Pnna", 52, 1, 4, 1384}, // syminfo.lib P n n a
-    {"Pbnn", 52, 2, 4, 1388}, // syminfo.lib P b n n
-    {"Pncn", 52, 3, 4, 1392}, // syminfo.lib P n c n
-    {"Pnan", 52, 4, 4, 1396}, // syminfo.lib P n a n
-    {"Pnnb", 52, 5, 4, 1400}, // syminfo.lib P n n b
-    {"Pcnn", 52, 6, 4, 1404}, // syminfo.lib P c n n
-    {"Pmna", 53, 1, 4, 1408}, // syminfo.lib P m n a
-    {"Pbmn", 53, 2, 4, 1412}, // syminfo.lib P b m n
-    {"Pncm", 53, 3, 4, 1416}, // syminfo.lib P n c m
-    {"Pman", 53, 4, 4, 1420}, // syminfo.lib P m a n
-    {"Pnmb", 53, 5, 4, 1424}, // syminfo.lib P n m b
-    {"Pcnm", 53, 6, 4, 1428}, // syminfo.lib P c n m
-    {"Pcca", 54, 1, 4, 1432}, // syminfo.lib P c c a
-    {"Pbaa", 54, 2, 4, 1436}, // syminfo.lib P b a a
-    {"Pbcb", 54, 3, 4, 1440}, // syminfo.lib P b c b
-    {"Pbab", 54, 4, 4, 1444}, // syminfo.lib P b a b
-    {"Pccb", 54, 5, 4, 1448}, // syminfo.lib P c c b
-    {"Pcaa", 54, 6, 4, 1452}, // syminfo.lib P c a a
-    {"Pbam", 55, 1, 4, 1456}, // syminfo.lib P b a m
-    {"Pmcb", 55, 2, 4, 1460}, // syminfo.lib P m c b
-    {"Pcma", 55, 3, 4, 1464}, // syminfo.lib P c m a
-    {"Pccn", 56, 1, 4, 1468}, // syminfo.lib P c c n
-    {"Pnaa", 56, 2, 4, 1472}, // syminfo.lib P n a a
-    {"Pbnb", 56, 3, 4, 1476}, // syminfo.lib P b n b
-    {"Pbcm", 57, 1, 4, 1480}, // syminfo.lib P b c m
-    {"Pmca", 57, 2, 4, 1484}, // syminfo.lib P m c a
-    {"Pbma", 57, 3, 4, 1488}, // syminfo.lib P b m a
-    {"Pcmb", 57, 4, 4, 1492}, // syminfo.lib P c m b
-    {"Pcam", 57, 5, 4, 1496}, // syminfo.lib P c a m
-    {"Pmab", 57, 6, 4, 1500}, // syminfo.lib P m a b
-    {"Pnnm", 58, 1, 4, 1504}, // syminfo.lib P n n m
-    {"Pmnn", 58, 2, 4, 1508}, // syminfo.lib P m n n
-    {"Pnmn", 58, 3, 4, 1512}, // syminfo.lib P n m n
-    {"Pmmn", 59, 1, 4, 1516}, // syminfo.lib P m m n :2
-    {"Pnmm", 59, 2, 4, 1520}, // syminfo.lib P n m m :2
-    {"Pmnm", 59, 3, 4, 1524}, // syminfo.lib P m n m :2
-    {"Pbcn", 60, 1, 4, 1528}, // syminfo.lib P b c n
-    {"Pnca", 60, 2, 4, 1532}, // syminfo.lib P n c a
-    {"Pbna", 60, 3, 4, 1536}, // syminfo.lib P b n a
-    {"Pcnb", 60, 4, 4, 1540}, // syminfo.lib P c n b
-    {"Pcan", 60, 5, 4, 1544}, // syminfo.lib P c a n
-    {"Pnab", 60, 6, 4, 1548}, // syminfo.lib P n a b
-    {"Pbca", 61, 1, 4, 1552}, // syminfo.lib P b c a
-    {"Pcab", 61, 2, 4, 1556}, // syminfo.lib P c a b
-    {"Pnma", 62, 1, 4, 1560}, // syminfo.lib P n m a
-    {"Pbnm", 62, 2, 4, 1564}, // syminfo.lib P b n m
-    {"Pmcn", 62, 3, 4, 1568}, // syminfo.lib P m c n
-    {"Pnam", 62, 4, 4, 1572}, // syminfo.lib P n a m
-    {"Pmnb", 62, 5, 4, 1576}, // syminfo.lib P m n b
-    {"Pcmn", 62, 6, 4, 1580}, // syminfo.lib P c m n
-    {"Cmcm", 63, 1, 8, 1584}, // syminfo.lib C m c m
-    {"Cbnn", 63, 2, 8, 1592}, // syminfo.lib A m a m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Amma", 63, 3, 8, 1600}, // syminfo.lib A m m a
-    {"Bbmm", 63, 4, 8, 1608}, // syminfo.lib B b m m
-    {"Bmmb", 63, 5, 8, 1616}, // syminfo.lib B m m b
-    {"Ccmm", 63, 6, 8, 1624}, // syminfo.lib C c m m
-    {"Amam", 63, 7, 8, 1632}, // syminfo.lib A m a m
-    {"Cmca", 64, 1, 8, 1640}, // syminfo.lib C m c a
-    {"Cbnb", 64, 2, 8, 1648}, // syminfo.lib A c a m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Abma", 64, 3, 8, 1656}, // syminfo.lib A b m a
-    {"Bbcm", 64, 4, 8, 1664}, // syminfo.lib B b c m
-    {"Bmab", 64, 5, 8, 1672}, // syminfo.lib B m a b
-    {"Ccmb", 64, 6, 8, 1680}, // syminfo.lib C c m b
-    {"Acam", 64, 7, 8, 1688}, // syminfo.lib A c a m
-    {"Abam", 64, 8, 8, 1696}, // syminfo.lib C m c a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Bbam", 64, 9, 8, 1704}, // syminfo.lib B m a b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Ccma", 64, 10, 8, 1712}, // syminfo.lib A b m a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Cmmm", 65, 1, 8, 1720}, // syminfo.lib C m m m
-    {"Cban", 65, 2, 8, 1728}, // syminfo.lib A m m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Ammm", 65, 3, 8, 1736}, // syminfo.lib A m m m
-    {"Bmmm", 65, 4, 8, 1744}, // syminfo.lib B m m m
-    {"Cccm", 66, 1, 8, 1752}, // syminfo.lib C c c m
-    {"Cnnn", 66, 2, 8, 1760}, // syminfo.lib A m a a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Amaa", 66, 3, 8, 1768}, // syminfo.lib A m a a
-    {"Bbmb", 66, 4, 8, 1776}, // syminfo.lib B b m b
-    {"Cmma", 67, 1, 8, 1784}, // syminfo.lib C m m a
-    {"Cbab", 67, 2, 8, 1792}, // syminfo.lib A b m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Abmm", 67, 3, 8, 1800}, // syminfo.lib A b m m
-    {"Bmcm", 67, 4, 8, 1808}, // syminfo.lib B m c m
-    {"Bmam", 67, 5, 8, 1816}, // syminfo.lib B m a m
-    {"Cmmb", 67, 6, 8, 1824}, // syminfo.lib C m m b
-    {"Acmm", 67, 7, 8, 1832}, // syminfo.lib A c m m
-    {"Ccca", 68, 1, 8, 1840}, // syminfo.lib C c c a :2
-    {"Cnnb", 68, 2, 8, 1848}, // syminfo.lib A b a a :1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Abaa", 68, 3, 8, 1856}, // syminfo.lib A b a a :2
-    {"Bbcb", 68, 4, 8, 1864}, // syminfo.lib B b c b :2
-    {"Bbab", 68, 5, 8, 1872}, // syminfo.lib B b a b :2
-    {"Cccb", 68, 6, 8, 1880}, // syminfo.lib C c c b :2
-    {"Acaa", 68, 7, 8, 1888}, // syminfo.lib A c a a :2
-    {"Abnn", 68, 8, 8, 1896}, // syminfo.lib C c c a :1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Fmmm", 69, 1, 16, 1904}, // syminfo.lib F m m m
-    {"Fddd", 70, 1, 16, 1920}, // syminfo.lib F d d d :2
-    {"Immm", 71, 1, 8, 1936}, // syminfo.lib I m m m
-    {"Innn", 71, 2, 8, 1944}, // syminfo.lib I m m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Ibam", 72, 1, 8, 1952}, // syminfo.lib I b a m
-    {"Iccn", 72, 2, 8, 1960}, // syminfo.lib I m c b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Imcb", 72, 3, 8, 1968}, // syminfo.lib I m c b
-    {"Icma", 72, 4, 8, 1976}, // syminfo.lib I c m a
-    {"Ibma", 72, 5, 8, 1984}, // syminfo.lib I c m a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Ibca", 73, 1, 8, 1992}, // syminfo.lib I b c a
-    {"Icab", 73, 2, 8, 2000}, // syminfo.lib I c a b
-    {"Imma", 74, 1, 8, 2008}, // syminfo.lib I m m a
-    {"Innb", 74, 2, 8, 2016}, // syminfo.lib I b m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Ibmm", 74, 3, 8, 2024}, // syminfo.lib I b m m
-    {"Imcm", 74, 4, 8, 2032}, // syminfo.lib I m c m
-    {"Imam", 74, 5, 8, 2040}, // syminfo.lib I m a m
-    {"Immb", 74, 6, 8, 2048}, // syminfo.lib I m m b
-    {"Icmm", 74, 7, 8, 2056}, // syminfo.lib I c m m
-    {"P4", 75, 1, 4, 2064}, // syminfo.lib P 4
-    {"P41", 76, 1, 4, 2068}, // syminfo.lib P 41
-    {"P42", 77, 1, 4, 2072}, // syminfo.lib P 42
-    {"P43", 78, 1, 4, 2076}, // syminfo.lib P 43
-    {"I4", 79, 1, 8, 2080}, // syminfo.lib I 4
-    {"I41", 80, 1, 8, 2088}, // syminfo.lib I 41
-    {"P-4", 81, 1, 4, 2096}, // syminfo.lib P -4
-    {"I-4", 82, 1, 8, 2100}, // syminfo.lib I -4
-    {"P4/m", 83, 1, 4, 2108}, // syminfo.lib P 4/m
-    {"P42/m", 84, 1, 4, 2112}, // syminfo.lib P 42/m
-    {"P4/n", 85, 1, 4, 2116}, // syminfo.lib P 4/n :2
-    {"P42/n", 86, 1, 4, 2120}, // syminfo.lib P 42/n :2
-    {"I4/m", 87, 1, 8, 2124}, // syminfo.lib I 4/m
-    {"I41/a", 88, 1, 8, 2132}, // syminfo.lib I 41/a :2
-    {"P422", 89, 1, 8, 2140}, // syminfo.lib P 4 2 2
-    {"P4212", 90, 1, 8, 2148}, // syminfo.lib P 4 21 2
-    {"P4122", 91, 1, 8, 2156}, // syminfo.lib P 41 2 2
-    {"P41212", 92, 1, 8, 2164}, // syminfo.lib P 41 21 2
-    {"C41221", 92, 2, 16, 2172}, // syminfo.lib P 41 21 2, x = (1, 1, 0, 1, -1, 0, 0, 0, -1) x'
-    {"P4222", 93, 1, 8, 2188}, // syminfo.lib P 42 2 2
-    {"P42212", 94, 1, 8, 2196}, // syminfo.lib P 42 21 2
-    {"P4322", 95, 1, 8, 2204}, // syminfo.lib P 43 2 2
-    {"P43212", 96, 1, 8, 2212}, // syminfo.lib P 43 21 2
-    {"I422", 97, 1, 16, 2220}, // syminfo.lib I 4 2 2
-    {"I4122", 98, 1, 16, 2236}, // syminfo.lib I 41 2 2
-    {"P4mm", 99, 1, 8, 2252}, // syminfo.lib P 4 m m
-    {"P4bm", 100, 1, 8, 2260}, // syminfo.lib P 4 b m
-    {"P42cm", 101, 1, 8, 2268}, // syminfo.lib P 42 c m
-    {"P42nm", 102, 1, 8, 2276}, // syminfo.lib P 42 n m
-    {"P4cc", 103, 1, 8, 2284}, // syminfo.lib P 4 c c
-    {"P4nc", 104, 1, 8, 2292}, // syminfo.lib P 4 n c
-    {"P42mc", 105, 1, 8, 2300}, // syminfo.lib P 42 m c
-    {"P42bc", 106, 1, 8, 2308}, // syminfo.lib P 42 b c
-    {"I4mm", 107, 1, 16, 2316}, // syminfo.lib I 4 m m
-    {"I4cm", 108, 1, 16, 2332}, // syminfo.lib I 4 c m
-    {"I41md", 109, 1, 16, 2348}, // syminfo.lib I 41 m d
-    {"I41cd", 110, 1, 16, 2364}, // syminfo.lib I 41 c d
-    {"P-42m", 111, 1, 8, 2380}, // syminfo.lib P -4 2 m
-    {"P-42c", 112, 1, 8, 2388}, // syminfo.lib P -4 2 c
-    {"P-421m", 113, 1, 8, 2396}, // syminfo.lib P -4 21 m
-    {"C-4m21", 113, 2, 16, 2404}, // syminfo.lib P -4 21 m, x = (1, 1, 0, 1, -1, 0, 0, 0, -1) x'
-    {"P-421c", 114, 1, 8, 2420}, // syminfo.lib P -4 21 c
-    {"P-4m2", 115, 1, 8, 2428}, // syminfo.lib P -4 m 2
-    {"P-4c2", 116, 1, 8, 2436}, // syminfo.lib P -4 c 2
-    {"P-4b2", 117, 1, 8, 2444}, // syminfo.lib P -4 b 2
-    {"P-4n2", 118, 1, 8, 2452}, // syminfo.lib P -4 n 2
-    {"I-4m2", 119, 1, 16, 2460}, // syminfo.lib I -4 m 2
-    {"I-4c2", 120, 1, 16, 2476}, // syminfo.lib I -4 c 2
-    {"I-42m", 121, 1, 16, 2492}, // syminfo.lib I -4 2 m
-    {"I-42d", 122, 1, 16, 2508}, // syminfo.lib I -4 2 d
-    {"P4/mmm", 123, 1, 8, 2524}, // syminfo.lib P 4/m m m
-    {"P4/mcc", 124, 1, 8, 2532}, // syminfo.lib P 4/m c c
-    {"P4/nbm", 125, 1, 8, 2540}, // syminfo.lib P 4/n b m :2
-    {"P4/nnc", 126, 1, 8, 2548}, // syminfo.lib P 4/n n c :2
-    {"P4/mbm", 127, 1, 8, 2556}, // syminfo.lib P 4/m b m
-    {"P4/mnc", 128, 1, 8, 2564}, // syminfo.lib P 4/m n c
-    {"P4/nmm", 129, 1, 8, 2572}, // syminfo.lib P 4/n m m :2
-    {"P4/ncc", 130, 1, 8, 2580}, // syminfo.lib P 4/n c c :2
-    {"P42/mmc", 131, 1, 8, 2588}, // syminfo.lib P 42/m m c
-    {"P42/mcm", 132, 1, 8, 2596}, // syminfo.lib P 42/m c m
-    {"P42/nbc", 133, 1, 8, 2604}, // syminfo.lib P 42/n b c :2
-    {"P42/nnm", 134, 1, 8, 2612}, // syminfo.lib P 42/n n m :2
-    {"P42/mbc", 135, 1, 8, 2620}, // syminfo.lib P 42/m b c
-    {"P42/mnm", 136, 1, 8, 2628}, // syminfo.lib P 42/m n m
-    {"P42/nmc", 137, 1, 8, 2636}, // syminfo.lib P 42/n m c :2
-    {"P42/ncm", 138, 1, 8, 2644}, // syminfo.lib P 42/n c m :2
-    {"I4/mmm", 139, 1, 16, 2652}, // syminfo.lib I 4/m m m
-    {"I4/mcm", 140, 1, 16, 2668}, // syminfo.lib I 4/m c m
-    {"I41/amd", 141, 1, 16, 2684}, // syminfo.lib I 41/a m d :2
-    {"I41/acd", 142, 1, 16, 2700}, // syminfo.lib I 41/a c d :2
-    {"P3", 143, 1, 3, 2716}, // syminfo.lib P 3
-    {"P31", 144, 1, 3, 2719}, // syminfo.lib P 31
-    {"P32", 145, 1, 3, 2722}, // syminfo.lib P 32
-    {"R3", 146, 1, 9, 2725}, // syminfo.lib R 3 :H
-    {"R3r", 146, 2, 3, 2734}, // syminfo.lib R 3 :R
-    {"P-3", 147, 1, 3, 2737}, // syminfo.lib P -3
-    {"R-3", 148, 1, 9, 2740}, // syminfo.lib R -3 :H
-    {"R-3r", 148, 2, 3, 2749}, // syminfo.lib R -3 :R
-    {"P312", 149, 1, 6, 2752}, // syminfo.lib P 3 1 2
-    {"P321", 150, 1, 6, 2758}, // syminfo.lib P 3 2 1
-    {"P3112", 151, 1, 6, 2764}, // syminfo.lib P 31 1 2
-    {"P3121", 152, 1, 6, 2770}, // syminfo.lib P 31 2 1
-    {"P3212", 153, 1, 6, 2776}, // syminfo.lib P 32 1 2
-    {"P3221", 154, 1, 6, 2782}, // syminfo.lib P 32 2 1
-    {"R32", 155, 1, 18, 2788}, // syminfo.lib R 3 2 :H
-    {"R32r", 155, 2, 6, 2806}, // syminfo.lib R 3 2 :R
-    {"P3m1", 156, 1, 6, 2812}, // syminfo.lib P 3 m 1
-    {"P31m", 157, 1, 6, 2818}, // syminfo.lib P 3 1 m
-    {"P3c1", 158, 1, 6, 2824}, // syminfo.lib P 3 c 1
-    {"P31c", 159, 1, 6, 2830}, // syminfo.lib P 3 1 c
-    {"R3m", 160, 1, 18, 2836}, // syminfo.lib R 3 m :H
-    {"R3mr", 160, 2, 6, 2854}, // syminfo.lib R 3 m :R
-    {"R3c", 161, 1, 18, 2860}, // syminfo.lib R 3 c :H
-    {"R3cr", 161, 2, 6, 2878}, // syminfo.lib R 3 c :R
-    {"P-31m", 162, 1, 6, 2884}, // syminfo.lib P -3 1 m
-    {"P-31c", 163, 1, 6, 2890}, // syminfo.lib P -3 1 c
-    {"P-3m1", 164, 1, 6, 2896}, // syminfo.lib P -3 m 1
-    {"P-3c1", 165, 1, 6, 2902}, // syminfo.lib P -3 c 1
-    {"R-3m", 166, 1, 18, 2908}, // syminfo.lib R -3 m :H
-    {"R-3mr", 166, 2, 6, 2926}, // syminfo.lib R -3 m :R
-    {"R-3c", 167, 1, 18, 2932}, // syminfo.lib R -3 c :H
-    {"R-3cr", 167, 2, 6, 2950}, // syminfo.lib R -3 c :R
-    {"P6", 168, 1, 6, 2956}, // syminfo.lib P 6
-    {"P61", 169, 1, 6, 2962}, // syminfo.lib P 61
-    {"P65", 170, 1, 6, 2968}, // syminfo.lib P 65
-    {"P62", 171, 1, 6, 2974}, // syminfo.lib P 62
-    {"P64", 172, 1, 6, 2980}, // syminfo.lib P 64
-    {"P63", 173, 1, 6, 2986}, // syminfo.lib P 63
-    {"P-6", 174, 1, 6, 2992}, // syminfo.lib P -6
-    {"P6/m", 175, 1, 6, 2998}, // syminfo.lib P 6/m
-    {"P63/m", 176, 1, 6, 3004}, // syminfo.lib P 63/m
-    {"P622", 177, 1, 12, 3010}, // syminfo.lib P 6 2 2
-    {"P6122", 178, 1, 12, 3022}, // syminfo.lib P 61 2 2
-    {"P6522", 179, 1, 12, 3034}, // syminfo.lib P 65 2 2
-    {"P6222", 180, 1, 12, 3046}, // syminfo.lib P 62 2 2
-    {"P6422", 181, 1, 12, 3058}, // syminfo.lib P 64 2 2
-    {"P6322", 182, 1, 12, 3070}, // syminfo.lib P 63 2 2
-    {"P6mm", 183, 1, 12, 3082}, // syminfo.lib P 6 m m
-    {"P6cc", 184, 1, 12, 3094}, // syminfo.lib P 6 c c
-    {"P63cm", 185, 1, 12, 3106}, // syminfo.lib P 63 c m
-    {"P63mc", 186, 1, 12, 3118}, // syminfo.lib P 63 m c
-    {"P-6m2", 187, 1, 12, 3130}, // syminfo.lib P -6 m 2
-    {"P-6c2", 188, 1, 12, 3142}, // syminfo.lib P -6 c 2
-    {"P-62m", 189, 1, 12, 3154}, // syminfo.lib P -6 2 m
-    {"P-62c", 190, 1, 12, 3166}, // syminfo.lib P -6 2 c
-    {"P6/mmm", 191, 1, 12, 3178}, // syminfo.lib P 6/m m m
-    {"P6/mcc", 192, 1, 12, 3190}, // syminfo.lib P 6/m c c
-    {"P63/mcm", 193, 1, 12, 3202}, // syminfo.lib P 63/m c m
-    {"P63/mmc", 194, 1, 12, 3214}, // syminfo.lib P 63/m m c
-    {"P23", 195, 1, 12, 3226}, // syminfo.lib P 2 3
-    {"F23", 196, 1, 48, 3238}, // syminfo.lib F 2 3
-    {"I23", 197, 1, 24, 3286}, // syminfo.lib I 2 3
-    {"P213", 198, 1, 12, 3310}, // syminfo.lib P 21 3
-    {"I213", 199, 1, 24, 3322}, // syminfo.lib I 21 3
-    {"Pm3", 200, 1, 12, 3346}, // syminfo.lib P m -3
-    {"Pm-3", 200, 2, 12, 3358}, // syminfo.lib P m -3
-    {"Pn3", 201, 1, 12, 3370}, // syminfo.lib P n -3 :2
-    {"Pn-3", 201, 2, 12, 3382}, // syminfo.lib P n -3 :2
-    {"Fm3", 202, 1, 48, 3394}, // syminfo.lib F m -3
-    {"Fm-3", 202, 2, 48, 3442}, // syminfo.lib F m -3
-    {"Fd3", 203, 1, 48, 3490}, // syminfo.lib F d -3 :2
-    {"Fd-3", 203, 2, 48, 3538}, // syminfo.lib F d -3 :2
-    {"Im3", 204, 1, 24, 3586}, // syminfo.lib I m -3
-    {"Im-3", 204, 2, 24, 3610}, // syminfo.lib I m -3
-    {"Pa3", 205, 1, 12, 3634}, // syminfo.lib P a -3
-    {"Pb3", 205, 2, 12, 3646}, // syminfo.lib P a -3, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Pa-3", 205, 3, 12, 3658}, // syminfo.lib P a -3
-    {"Pb-3", 205, 4, 12, 3670}, // syminfo.lib P a -3, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
-    {"Ia3", 206, 1, 24, 3682}, // syminfo.lib I a -3
-    {"Ia-3", 206, 2, 24, 3706}, // syminfo.lib I a -3
-    {"P432", 207, 1, 24, 3730}, // syminfo.lib P 4 3 2
-    {"P4232", 208, 1, 24, 3754}, // syminfo.lib P 42 3 2
-    {"F432", 209, 1, 96, 3778}, // syminfo.lib F 4 3 2
-    {"F4132", 210, 1, 96, 3874}, // syminfo.lib F 41 3 2
-    {"I432", 211, 1, 48, 3970}, // syminfo.lib I 4 3 2
-    {"P4332", 212, 1, 24, 4018}, // syminfo.lib P 43 3 2
-    {"P4132", 213, 1, 24, 4042}, // syminfo.lib P 41 3 2
-    {"I4132", 214, 1, 48, 4066}, // syminfo.lib I 41 3 2
-    {"P-43m", 215, 1, 24, 4114}, // syminfo.lib P -4 3 m
-    {"F-43m", 216, 1, 96, 4138}, // syminfo.lib F -4 3 m
-    {"I-43m", 217, 1, 48, 4234}, // syminfo.lib I -4 3 m
-    {"P-43n", 218, 1, 24, 4282}, // syminfo.lib P -4 3 n
-    {"F-43c", 219, 1, 96, 4306}, // syminfo.lib F -4 3 c
-    {"I-43d", 220, 1, 48, 4402}, // syminfo.lib I -4 3 d
-    {"Pm3m", 221, 1, 24, 4450}, // syminfo.lib P m -3 m
-    {"Pm-3m", 221, 2, 24, 4474}, // syminfo.lib P m -3 m
-    {"Pn3n", 222, 1, 24, 4498}, // syminfo.lib P n -3 n :2
-    {"Pn-3n", 222, 2, 24, 4522}, // syminfo.lib P n -3 n :2
-    {"Pm3n", 223, 1, 24, 4546}, // syminfo.lib P m -3 n
-    {"Pm-3n", 223, 2, 24, 4570}, // syminfo.lib P m -3 n
-    {"Pn3m", 224, 1, 24, 4594}, // syminfo.lib P n -3 m :2
-    {"Pn-3m", 224, 2, 24, 4618}, // syminfo.lib P n -3 m :2
-    {"Fm3m", 225, 1, 96, 4642}, // syminfo.lib F m -3 m
-    {"Fm-3m", 225, 2, 96, 4738}, // syminfo.lib F m -3 m
-    {"Fm3c", 226, 1, 96, 4834}, // syminfo.lib F m -3 c
-    {"Fm-3c", 226, 2, 96, 4930}, // syminfo.lib F m -3 c
-    {"Fd3m", 227, 1, 96, 5026}, // syminfo.lib F d -3 m :2
-    {"Fd-3m", 227, 2, 96, 5122}, // syminfo.lib F d -3 m :2
-    {"Fd3c", 228, 1, 96, 5218}, // syminfo.lib F d -3 c :2
-    {"Fd-3c", 228, 2, 96, 5314}, // syminfo.lib F d -3 c :2
-    {"Im3m", 229, 1, 48, 5410}, // syminfo.lib I m -3 m
-    {"Im-3m", 229, 2, 48, 5458}, // syminfo.lib I m -3 m
-    {"Ia3d", 230, 1, 48, 5506}, // syminfo.lib I a -3 d
-    {"Ia-3d", 230, 2, 48, 5554}, // syminfo.lib I a -3 d
-    {"P*", 502, 1, 1, 5602}, // identity; numbered through P-1
-    {"P*/*", 510, 1, 1, 5603}, // identity; numbered through P2/m
-    {"P21/*", 511, 1, 1, 5604}, // identity; numbered through P21/m
-    {"A*/*", 512, 1, 1, 5605}, // identity; numbered through A2/m
-    {"C*/*", 512, 2, 1, 5606}, // identity; numbered through C2/m
-    {"I*/*", 512, 3, 1, 5607}, // identity; numbered through I2/m
-    {"P*/a", 513, 1, 1, 5608}, // identity; numbered through P2/a
-    {"P*/c", 513, 2, 1, 5609}, // identity; numbered through P2/c
-    {"P*/n", 513, 3, 1, 5610}, // identity; numbered through P2/n
-    {"A*/a", 515, 1, 1, 5611}, // identity; numbered through A2/a
-    {"C*/c", 515, 2, 1, 5612}, // identity; numbered through C2/c
-    {"I*/a", 515, 3, 1, 5613}, // identity; numbered through I2/a
-    {"P***", 547, 1, 1, 5614}, // identity; numbered through Pmmm
-    {"P*aa", 549, 1, 1, 5615}, // identity; numbered through Pmaa
-    {"Pb*b", 549, 2, 1, 5616}, // identity; numbered through Pbmb
-    {"Pcc*", 549, 3, 1, 5617}, // identity; numbered through Pccm
-    {"P**a", 551, 1, 1, 5618}, // identity; numbered through Pmma
-    {"P**b", 551, 2, 1, 5619}, // identity; numbered through Pmmb
-    {"P*a*", 551, 3, 1, 5620}, // identity; numbered through Pmam
-    {"P*c*", 551, 4, 1, 5621}, // identity; numbered through Pmcm
-    {"Pb**", 551, 5, 1, 5622}, // identity; numbered through Pbmm
-    {"Pc**", 551, 6, 1, 5623}, // identity; numbered through Pcmm
-    {"P*an", 553, 1, 1, 5624}, // identity; numbered through Pman
-    {"P*na", 553, 2, 1, 5625}, // identity; numbered through Pmna
-    {"Pb*n", 553, 3, 1, 5626}, // identity; numbered through Pbmn
-    {"Pcn*", 553, 4, 1, 5627}, // identity; numbered through Pcnm
-    {"Pn*b", 553, 5, 1, 5628}, // identity; numbered through Pnmb
-    {"Pnc*", 553, 6, 1, 5629}, // identity; numbered through Pncm
-    {"P*cb", 555, 1, 1, 5630}, // identity; numbered through Pmcb
-    {"Pba*", 555, 2, 1, 5631}, // identity; numbered through Pbam
-    {"Pc*a", 555, 3, 1, 5632}, // identity; numbered through Pcma
-    {"P*ab", 557, 1, 1, 5633}, // identity; numbered through Pmab
-    {"P*ca", 557, 2, 1, 5634}, // identity; numbered through Pmca
-    {"Pb*a", 557, 3, 1, 5635}, // identity; numbered through Pbma
-    {"Pbc*", 557, 4, 1, 5636}, // identity; numbered through Pbcm
-    {"Pc*b", 557, 5, 1, 5637}, // identity; numbered through Pcmb
-    {"Pca*", 557, 6, 1, 5638}, // identity; numbered through Pcam
-    {"P*nn", 558, 1, 1, 5639}, // identity; numbered through Pmnn
-    {"Pn*n", 558, 2, 1, 5640}, // identity; numbered through Pnmn
-    {"Pnn*", 558, 3, 1, 5641}, // identity; numbered through Pnnm
-    {"P**n", 559, 1, 1, 5642}, // identity; numbered through Pmmn
-    {"P*n*", 559, 2, 1, 5643}, // identity; numbered through Pmnm
-    {"Pn**", 559, 3, 1, 5644}, // identity; numbered through Pnmm
-    {"P*cn", 562, 1, 1, 5645}, // identity; numbered through Pmcn
-    {"P*nb", 562, 2, 1, 5646}, // identity; numbered through Pmnb
-    {"Pbn*", 562, 3, 1, 5647}, // identity; numbered through Pbnm
-    {"Pc*n", 562, 4, 1, 5648}, // identity; numbered through Pcmn
-    {"Pn*a", 562, 5, 1, 5649}, // identity; numbered through Pnma
-    {"Pna*", 562, 6, 1, 5650}, // identity; numbered through Pnam
-    {"A**a", 563, 1, 1, 5651}, // identity; numbered through Amma
-    {"A*a*", 563, 2, 1, 5652}, // identity; numbered through Amam
-    {"B**b", 563, 3, 1, 5653}, // identity; numbered through Bmmb
-    {"Bb**", 563, 4, 1, 5654}, // identity; numbered through Bbmm
-    {"C*c*", 563, 5, 1, 5655}, // identity; numbered through Cmcm
-    {"Cc**", 563, 6, 1, 5656}, // identity; numbered through Ccmm
-    {"Ab*a", 564, 1, 1, 5657}, // identity; numbered through Abma
-    {"Aba*", 564, 2, 1, 5658}, // identity; numbered through Abam
-    {"B*ab", 564, 3, 1, 5659}, // identity; numbered through Bmab
-    {"Bba*", 564, 4, 1, 5660}, // identity; numbered through Bbam
-    {"C*ca", 564, 5, 1, 5661}, // identity; numbered through Cmca
-    {"Cc*a", 564, 6, 1, 5662}, // identity; numbered through Ccma
-    {"A***", 565, 1, 1, 5663}, // identity; numbered through Ammm
-    {"B***", 565, 2, 1, 5664}, // identity; numbered through Bmmm
-    {"C***", 565, 3, 1, 5665}, // identity; numbered through Cmmm
-    {"A*aa", 566, 1, 1, 5666}, // identity; numbered through Amaa
-    {"Bb*b", 566, 2, 1, 5667}, // identity; numbered through Bbmb
-    {"Ccc*", 566, 3, 1, 5668}, // identity; numbered through Cccm
-    {"Ab**", 567, 1, 1, 5669}, // identity; numbered through Abmm
-    {"B*a*", 567, 2, 1, 5670}, // identity; numbered through Bmam
-    {"C**a", 567, 3, 1, 5671}, // identity; numbered through Cmma
-    {"F***", 569, 1, 1, 5672}, // identity; numbered through Fmmm
-    {"I***", 571, 1, 1, 5673}, // identity; numbered through Immm
-    {"Im**", 571, 2, 1, 5674}, // identity; numbered through Immm
-    {"Ib*a", 572, 1, 1, 5675}, // identity; numbered through Ibma
-    {"Iba*", 572, 2, 1, 5676}, // identity; numbered through Ibam
-    {"I**a", 574, 1, 1, 5677}, // identity; numbered through Imma
-    {"I*a*", 574, 2, 1, 5678}, // identity; numbered through Imam
-    {"Ib**", 574, 3, 1, 5679}, // identity; numbered through Ibmm
-    {"P41,3", 578, 1, 1, 5680}, // identity; numbered through P41
-    {"P4/*", 583, 1, 1, 5681}, // identity; numbered through P4/m
-    {"P42/*", 584, 1, 1, 5682}, // identity; numbered through P42/m
-    {"I4/*", 587, 1, 1, 5683}, // identity; numbered through I4/m
-    {"P41,322", 595, 1, 1, 5684}, // identity; numbered through P4122
-    {"P41,3212", 596, 1, 1, 5685}, // identity; numbered through P41212
-    {"P421*", 613, 1, 1, 5686}, // identity; numbered through P-421m
-    {"I4*d", 622, 1, 1, 5687}, // identity; numbered through I-42d
-    {"P4/***", 623, 1, 1, 5688}, // identity; numbered through P4/mmm
-    {"P4/*cc", 624, 1, 1, 5689}, // identity; numbered through P4/mcc
-    {"P4/*b*", 627, 1, 1, 5690}, // identity; numbered through P4/mbm
-    {"P4/*nc", 628, 1, 1, 5691}, // identity; numbered through P4/mnc
-    {"P4/**c", 631, 1, 1, 5692}, // identity; numbered through P42/mmc
-    {"P4/*c*", 632, 1, 1, 5693}, // identity; numbered through P42/mcm
-    {"P4/*bc", 635, 1, 1, 5694}, // identity; numbered through P42/mbc
-    {"P4/*n*", 636, 1, 1, 5695}, // identity; numbered through P42/mnm
-    {"I4/***", 639, 1, 1, 5696}, // identity; numbered through I4/mmm
-    {"I4/*c*", 640, 1, 1, 5697}, // identity; numbered through I4/mcm
-    {"P31,2", 645, 1, 1, 5698}, // identity; numbered through P31
-    {"P*,-3", 647, 1, 1, 5699}, // identity; numbered through P-3
-    {"R*", 648, 1, 1, 5700}, // identity; numbered through R-3
-    {"P31,212", 653, 1, 1, 5701}, // identity; numbered through P3112
-    {"P31,221", 654, 1, 1, 5702}, // identity; numbered through P3121
-    {"P31*", 662, 1, 1, 5703}, // identity; numbered through P31m
-    {"P*1c,-3m", 663, 1, 1, 5704}, // identity; numbered through P-31c
-    {"P3*1", 664, 1, 1, 5705}, // identity; numbered through P3m1
-    {"P*c1,-3m", 665, 1, 1, 5706}, // identity; numbered through P-3c1
-    {"R**", 666, 1, 1, 5707}, // identity; numbered through R-3m
-    {"R*c", 667, 1, 1, 5708}, // identity; numbered through R-3c
-    {"P61,5", 670, 1, 1, 5709}, // identity; numbered through P61
-    {"P62,4", 672, 1, 1, 5710}, // identity; numbered through P62
-    {"P6/*", 675, 1, 1, 5711}, // identity; numbered through P6/m
-    {"P63/*", 676, 1, 1, 5712}, // identity; numbered through P63/m
-    {"P61,522", 679, 1, 1, 5713}, // identity; numbered through P6122
-    {"P62,422", 681, 1, 1, 5714}, // identity; numbered through P6222
-    {"P6/***", 691, 1, 1, 5715}, // identity; numbered through P6/mmm
-    {"P6/*cc", 692, 1, 1, 5716}, // identity; numbered through P6/mcc
-    {"P6/*c*", 693, 1, 1, 5717}, // identity; numbered through P63/mcm
-    {"P6/**c", 694, 1, 1, 5718}, // identity; numbered through P63/mmc
-    {"P*3", 700, 1, 1, 5719}, // identity; numbered through Pm3
-    {"F*3", 702, 1, 1, 5720}, // identity; numbered through Fm3
-    {"I*3", 704, 1, 1, 5721}, // identity; numbered through Im3
-    {"P41,332", 713, 1, 1, 5722}, // identity; numbered through P4132
-    {"P*3*", 721, 1, 1, 5723}, // identity; numbered through Pm3m
-    {"P*3n", 723, 1, 1, 5724}, // identity; numbered through Pm3n
-    {"F*3*", 725, 1, 1, 5725}, // identity; numbered through Fm3m
-    {"F*3c", 726, 1, 1, 5726}, // identity; numbered through Fm3c
+    {"C2/c", 15, 6, 4, 300}, // syminfo.lib C 1 2/c 1
+    {"C2/n", 15, 7, 4, 304}, // syminfo.lib C 1 2/n 1
+    {"F2/d", 15, 8, 8, 308}, // syminfo.lib I 2/c 1 1, x = (0, 1, 0, 1, 0, 1, 1, 0, -1) x'
+    {"I2/a", 15, 9, 4, 316}, // syminfo.lib I 1 2/a 1
+    {"I2/c", 15, 10, 4, 320}, // syminfo.lib I 1 2/c 1
+    {"I2/n", 15, 11, 4, 324}, // generated from its symbol; agrees with no setting of 15
+    {"I21/a", 15, 12, 4, 328}, // syminfo.lib I 1 2/a 1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"I21/c", 15, 13, 4, 332}, // syminfo.lib I 1 2/a 1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"A112/a", 15, 14, 4, 336}, // syminfo.lib A 1 1 2/a
+    {"B112/b", 15, 15, 4, 340}, // syminfo.lib B 1 1 2/b
+    {"B112/n", 15, 16, 4, 344}, // syminfo.lib B 1 1 2/n
+    {"B1121/b", 15, 17, 4, 348}, // syminfo.lib B 2/b 1 1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"I112/a", 15, 18, 4, 352}, // syminfo.lib I 1 1 2/a
+    {"I112/b", 15, 19, 4, 356}, // syminfo.lib I 1 1 2/b
+    {"P222", 16, 1, 4, 360}, // syminfo.lib P 2 2 2
+    {"P2221", 17, 1, 4, 364}, // syminfo.lib P 2 2 21
+    {"P2122", 17, 2, 4, 368}, // syminfo.lib P 21 2 2
+    {"P2212", 17, 3, 4, 372}, // syminfo.lib P 2 21 2
+    {"P21212", 18, 1, 4, 376}, // syminfo.lib P 21 21 2
+    {"P22121", 18, 2, 4, 380}, // syminfo.lib P 2 21 21
+    {"P21221", 18, 3, 4, 384}, // syminfo.lib P 21 2 21
+    {"P212121", 19, 1, 4, 388}, // syminfo.lib P 21 21 21
+    {"C2221", 20, 1, 8, 392}, // syminfo.lib C 2 2 21
+    {"C212121", 20, 2, 8, 400}, // syminfo.lib A 21 2 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"A2122", 20, 3, 8, 408}, // syminfo.lib A 21 2 2
+    {"B2212", 20, 4, 8, 416}, // syminfo.lib B 2 21 2
+    {"C222", 21, 1, 8, 424}, // syminfo.lib C 2 2 2
+    {"C21212", 21, 2, 8, 432}, // syminfo.lib A 2 2 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"A222", 21, 3, 8, 440}, // syminfo.lib A 2 2 2
+    {"B222", 21, 4, 8, 448}, // syminfo.lib B 2 2 2
+    {"F222", 22, 1, 16, 456}, // syminfo.lib F 2 2 2
+    {"F212121", 22, 2, 16, 472}, // syminfo.lib F 2 2 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"I222", 23, 1, 8, 488}, // syminfo.lib I 2 2 2
+    {"I212121", 24, 1, 8, 496}, // syminfo.lib I 21 21 21
+    {"Pmm2", 25, 1, 4, 504}, // syminfo.lib P m m 2
+    {"P2mm", 25, 2, 4, 508}, // syminfo.lib P 2 m m
+    {"Pm2m", 25, 3, 4, 512}, // syminfo.lib P m 2 m
+    {"Pmc21", 26, 1, 4, 516}, // syminfo.lib P m c 21
+    {"P21ma", 26, 2, 4, 520}, // syminfo.lib P 21 m a
+    {"Pb21m", 26, 3, 4, 524}, // syminfo.lib P b 21 m
+    {"Pm21b", 26, 4, 4, 528}, // syminfo.lib P m 21 b
+    {"Pcm21", 26, 5, 4, 532}, // syminfo.lib P c m 21
+    {"P21am", 26, 6, 4, 536}, // syminfo.lib P 21 a m
+    {"Pcc2", 27, 1, 4, 540}, // syminfo.lib P c c 2
+    {"P2aa", 27, 2, 4, 544}, // syminfo.lib P 2 a a
+    {"Pb2b", 27, 3, 4, 548}, // syminfo.lib P b 2 b
+    {"Pma2", 28, 1, 4, 552}, // syminfo.lib P m a 2
+    {"P2mb", 28, 2, 4, 556}, // syminfo.lib P 2 m b
+    {"Pc2m", 28, 3, 4, 560}, // syminfo.lib P c 2 m
+    {"Pm2a", 28, 4, 4, 564}, // syminfo.lib P m 2 a
+    {"Pbm2", 28, 5, 4, 568}, // syminfo.lib P b m 2
+    {"P2cm", 28, 6, 4, 572}, // syminfo.lib P 2 c m
+    {"Pca21", 29, 1, 4, 576}, // syminfo.lib P c a 21
+    {"P21ab", 29, 2, 4, 580}, // syminfo.lib P 21 a b
+    {"Pc21b", 29, 3, 4, 584}, // syminfo.lib P c 21 b
+    {"Pb21a", 29, 4, 4, 588}, // syminfo.lib P b 21 a
+    {"Pbc21", 29, 5, 4, 592}, // syminfo.lib P b c 21
+    {"P21ca", 29, 6, 4, 596}, // syminfo.lib P 21 c a
+    {"Pnc2", 30, 1, 4, 600}, // syminfo.lib P n c 2
+    {"P2na", 30, 2, 4, 604}, // syminfo.lib P 2 n a
+    {"Pb2n", 30, 3, 4, 608}, // syminfo.lib P b 2 n
+    {"Pn2b", 30, 4, 4, 612}, // syminfo.lib P n 2 b
+    {"Pcn2", 30, 5, 4, 616}, // syminfo.lib P c n 2
+    {"P2an", 30, 6, 4, 620}, // syminfo.lib P 2 a n
+    {"Pmn21", 31, 1, 4, 624}, // syminfo.lib P m n 21
+    {"P21mn", 31, 2, 4, 628}, // syminfo.lib P 21 m n
+    {"Pn21m", 31, 3, 4, 632}, // syminfo.lib P n 21 m
+    {"Pm21n", 31, 4, 4, 636}, // syminfo.lib P m 21 n
+    {"Pnm21", 31, 5, 4, 640}, // syminfo.lib P n m 21
+    {"P21nm", 31, 6, 4, 644}, // syminfo.lib P 21 n m
+    {"Pba2", 32, 1, 4, 648}, // syminfo.lib P b a 2
+    {"P2cb", 32, 2, 4, 652}, // syminfo.lib P 2 c b
+    {"Pc2a", 32, 3, 4, 656}, // syminfo.lib P c 2 a
+    {"Pna21", 33, 1, 4, 660}, // syminfo.lib P n a 21
+    {"P21nb", 33, 2, 4, 664}, // syminfo.lib P 21 n b
+    {"Pc21n", 33, 3, 4, 668}, // syminfo.lib P c 21 n
+    {"Pn21a", 33, 4, 4, 672}, // syminfo.lib P n 21 a
+    {"Pbn21", 33, 5, 4, 676}, // syminfo.lib P b n 21
+    {"P21cn", 33, 6, 4, 680}, // syminfo.lib P 21 c n
+    {"Pnn2", 34, 1, 4, 684}, // syminfo.lib P n n 2
+    {"P2nn", 34, 2, 4, 688}, // syminfo.lib P 2 n n
+    {"Pn2n", 34, 3, 4, 692}, // syminfo.lib P n 2 n
+    {"Cmm2", 35, 1, 8, 696}, // syminfo.lib C m m 2
+    {"Cba2", 35, 2, 8, 704}, // syminfo.lib A 2 m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"A2mm", 35, 3, 8, 712}, // syminfo.lib A 2 m m
+    {"Bm2m", 35, 4, 8, 720}, // syminfo.lib B m 2 m
+    {"Cmc21", 36, 1, 8, 728}, // syminfo.lib C m c 21
+    {"A21ma", 36, 2, 8, 736}, // syminfo.lib A 21 m a
+    {"Bb21m", 36, 3, 8, 744}, // syminfo.lib B b 21 m
+    {"Bm21b", 36, 4, 8, 752}, // syminfo.lib B m 21 b
+    {"Ccm21", 36, 5, 8, 760}, // syminfo.lib C c m 21
+    {"Cbn21", 36, 6, 8, 768}, // syminfo.lib A 21 a m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Cna21", 36, 7, 8, 776}, // syminfo.lib A 21 m a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"A21am", 36, 8, 8, 784}, // syminfo.lib A 21 a m
+    {"Ccc2", 37, 1, 8, 792}, // syminfo.lib C c c 2
+    {"Cnn2", 37, 2, 8, 800}, // syminfo.lib A 2 a a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"A2aa", 37, 3, 8, 808}, // syminfo.lib A 2 a a
+    {"Bb2b", 37, 4, 8, 816}, // syminfo.lib B b 2 b
+    {"Amm2", 38, 1, 8, 824}, // syminfo.lib A m m 2
+    {"Anc21", 38, 2, 8, 832}, // syminfo.lib C 2 m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"B2mm", 38, 3, 8, 840}, // syminfo.lib B 2 m m
+    {"Cm2m", 38, 4, 8, 848}, // syminfo.lib C m 2 m
+    {"Am2m", 38, 5, 8, 856}, // syminfo.lib A m 2 m
+    {"Bmm2", 38, 6, 8, 864}, // syminfo.lib B m m 2
+    {"C2mm", 38, 7, 8, 872}, // syminfo.lib C 2 m m
+    {"Abm2", 39, 1, 8, 880}, // syminfo.lib A b m 2
+    {"Acc21", 39, 2, 8, 888}, // syminfo.lib C 2 m b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"B2cm", 39, 3, 8, 896}, // syminfo.lib B 2 c m
+    {"Cm2a", 39, 4, 8, 904}, // syminfo.lib C m 2 a
+    {"Ac2m", 39, 5, 8, 912}, // syminfo.lib A c 2 m
+    {"Bma2", 39, 6, 8, 920}, // syminfo.lib B m a 2
+    {"C2mb", 39, 7, 8, 928}, // syminfo.lib C 2 m b
+    {"Ama2", 40, 1, 8, 936}, // syminfo.lib A m a 2
+    {"Ann21", 40, 2, 8, 944}, // syminfo.lib C 2 c m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"B2mb", 40, 3, 8, 952}, // syminfo.lib B 2 m b
+    {"Cc2m", 40, 4, 8, 960}, // syminfo.lib C c 2 m
+    {"Am2a", 40, 5, 8, 968}, // syminfo.lib A m 2 a
+    {"Bbm2", 40, 6, 8, 976}, // syminfo.lib B b m 2
+    {"C2cm", 40, 7, 8, 984}, // syminfo.lib C 2 c m
+    {"Aba2", 41, 1, 8, 992}, // syminfo.lib A b a 2
+    {"Acn21", 41, 2, 8, 1000}, // syminfo.lib C 2 c b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"B2cb", 41, 3, 8, 1008}, // syminfo.lib B 2 c b
+    {"Cc2a", 41, 4, 8, 1016}, // syminfo.lib C c 2 a
+    {"Ac2a", 41, 5, 8, 1024}, // syminfo.lib A c 2 a
+    {"Bba2", 41, 6, 8, 1032}, // syminfo.lib B b a 2
+    {"C2cb", 41, 7, 8, 1040}, // syminfo.lib C 2 c b
+    {"Ab2a", 41, 8, 8, 1048}, // syminfo.lib C c 2 a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"B2ab", 41, 9, 8, 1056}, // syminfo.lib B b a 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"C2ca", 41, 10, 8, 1064}, // syminfo.lib A b a 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Cc2b", 41, 11, 8, 1072}, // syminfo.lib A c 2 a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Fmm2", 42, 1, 16, 1080}, // syminfo.lib F m m 2
+    {"F2mm", 42, 2, 16, 1096}, // syminfo.lib F 2 m m
+    {"Fm2m", 42, 3, 16, 1112}, // syminfo.lib F m 2 m
+    {"Fdd2", 43, 1, 16, 1128}, // syminfo.lib F d d 2
+    {"Fdd21", 43, 2, 16, 1144}, // syminfo.lib F 2 d d, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"F2dd", 43, 3, 16, 1160}, // syminfo.lib F 2 d d
+    {"Fd2d", 43, 4, 16, 1176}, // syminfo.lib F d 2 d
+    {"Imm2", 44, 1, 8, 1192}, // syminfo.lib I m m 2
+    {"Inn21", 44, 2, 8, 1200}, // syminfo.lib I 2 m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"I2mm", 44, 3, 8, 1208}, // syminfo.lib I 2 m m
+    {"Im2m", 44, 4, 8, 1216}, // syminfo.lib I m 2 m
+    {"Iba2", 45, 1, 8, 1224}, // syminfo.lib I b a 2
+    {"Icc21", 45, 2, 8, 1232}, // syminfo.lib I 2 c b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"I2cb", 45, 3, 8, 1240}, // syminfo.lib I 2 c b
+    {"Ic2a", 45, 4, 8, 1248}, // syminfo.lib I c 2 a
+    {"Ib2a", 45, 5, 8, 1256}, // syminfo.lib I c 2 a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Ima2", 46, 1, 8, 1264}, // syminfo.lib I m a 2
+    {"Inc21", 46, 2, 8, 1272}, // syminfo.lib I 2 c m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"I2mb", 46, 3, 8, 1280}, // syminfo.lib I 2 m b
+    {"Ic2m", 46, 4, 8, 1288}, // syminfo.lib I c 2 m
+    {"Im2a", 46, 5, 8, 1296}, // syminfo.lib I m 2 a
+    {"Ibm2", 46, 6, 8, 1304}, // syminfo.lib I b m 2
+    {"I2cm", 46, 7, 8, 1312}, // syminfo.lib I 2 c m
+    {"I2ma", 46, 8, 8, 1320}, // syminfo.lib I b m 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"I2am", 46, 9, 8, 1328}, // syminfo.lib I m a 2, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Pmmm", 47, 1, 4, 1336}, // syminfo.lib P m m m
+    {"Pnnn", 48, 1, 4, 1340}, // syminfo.lib P n n n :2
+    {"Pccm", 49, 1, 4, 1344}, // syminfo.lib P c c m
+    {"Pmaa", 49, 2, 4, 1348}, // syminfo.lib P m a a
+    {"Pbmb", 49, 3, 4, 1352}, // syminfo.lib P b m b
+    {"Pban", 50, 1, 4, 1356}, // syminfo.lib P b a n :2
+    {"Pncb", 50, 2, 4, 1360}, // syminfo.lib P n c b :2
+    {"Pcna", 50, 3, 4, 1364}, // syminfo.lib P c n a :2
+    {"Pmma", 51, 1, 4, 1368}, // syminfo.lib P m m a
+    {"Pbmm", 51, 2, 4, 1372}, // syminfo.lib P b m m
+    {"Pmcm", 51, 3, 4, 1376}, // syminfo.lib P m c m
+    {"Pmam", 51, 4, 4, 1380}, // syminfo.lib P m a m
+    {"Pmmb", 51, 5, 4, 1384}, // syminfo.lib P m m b
+    {"Pcmm", 51, 6, 4, 1388}, // syminfo.lib P c m m
+    {"Pnna", 52, 1, 4, 1392}, // syminfo.lib P n n a
+    {"Pbnn", 52, 2, 4, 1396}, // syminfo.lib P b n n
+    {"Pncn", 52, 3, 4, 1400}, // syminfo.lib P n c n
+    {"Pnan", 52, 4, 4, 1404}, // syminfo.lib P n a n
+    {"Pnnb", 52, 5, 4, 1408}, // syminfo.lib P n n b
+    {"Pcnn", 52, 6, 4, 1412}, // syminfo.lib P c n n
+    {"Pmna", 53, 1, 4, 1416}, // syminfo.lib P m n a
+    {"Pbmn", 53, 2, 4, 1420}, // syminfo.lib P b m n
+    {"Pncm", 53, 3, 4, 1424}, // syminfo.lib P n c m
+    {"Pman", 53, 4, 4, 1428}, // syminfo.lib P m a n
+    {"Pnmb", 53, 5, 4, 1432}, // syminfo.lib P n m b
+    {"Pcnm", 53, 6, 4, 1436}, // syminfo.lib P c n m
+    {"Pcca", 54, 1, 4, 1440}, // syminfo.lib P c c a
+    {"Pbaa", 54, 2, 4, 1444}, // syminfo.lib P b a a
+    {"Pbcb", 54, 3, 4, 1448}, // syminfo.lib P b c b
+    {"Pbab", 54, 4, 4, 1452}, // syminfo.lib P b a b
+    {"Pccb", 54, 5, 4, 1456}, // syminfo.lib P c c b
+    {"Pcaa", 54, 6, 4, 1460}, // syminfo.lib P c a a
+    {"Pbam", 55, 1, 4, 1464}, // syminfo.lib P b a m
+    {"Pmcb", 55, 2, 4, 1468}, // syminfo.lib P m c b
+    {"Pcma", 55, 3, 4, 1472}, // syminfo.lib P c m a
+    {"Pccn", 56, 1, 4, 1476}, // syminfo.lib P c c n
+    {"Pnaa", 56, 2, 4, 1480}, // syminfo.lib P n a a
+    {"Pbnb", 56, 3, 4, 1484}, // syminfo.lib P b n b
+    {"Pbcm", 57, 1, 4, 1488}, // syminfo.lib P b c m
+    {"Pmca", 57, 2, 4, 1492}, // syminfo.lib P m c a
+    {"Pbma", 57, 3, 4, 1496}, // syminfo.lib P b m a
+    {"Pcmb", 57, 4, 4, 1500}, // syminfo.lib P c m b
+    {"Pcam", 57, 5, 4, 1504}, // syminfo.lib P c a m
+    {"Pmab", 57, 6, 4, 1508}, // syminfo.lib P m a b
+    {"Pnnm", 58, 1, 4, 1512}, // syminfo.lib P n n m
+    {"Pmnn", 58, 2, 4, 1516}, // syminfo.lib P m n n
+    {"Pnmn", 58, 3, 4, 1520}, // syminfo.lib P n m n
+    {"Pmmn", 59, 1, 4, 1524}, // syminfo.lib P m m n :2
+    {"Pnmm", 59, 2, 4, 1528}, // syminfo.lib P n m m :2
+    {"Pmnm", 59, 3, 4, 1532}, // syminfo.lib P m n m :2
+    {"Pbcn", 60, 1, 4, 1536}, // syminfo.lib P b c n
+    {"Pnca", 60, 2, 4, 1540}, // syminfo.lib P n c a
+    {"Pbna", 60, 3, 4, 1544}, // syminfo.lib P b n a
+    {"Pcnb", 60, 4, 4, 1548}, // syminfo.lib P c n b
+    {"Pcan", 60, 5, 4, 1552}, // syminfo.lib P c a n
+    {"Pnab", 60, 6, 4, 1556}, // syminfo.lib P n a b
+    {"Pbca", 61, 1, 4, 1560}, // syminfo.lib P b c a
+    {"Pcab", 61, 2, 4, 1564}, // syminfo.lib P c a b
+    {"Pnma", 62, 1, 4, 1568}, // syminfo.lib P n m a
+    {"Pbnm", 62, 2, 4, 1572}, // syminfo.lib P b n m
+    {"Pmcn", 62, 3, 4, 1576}, // syminfo.lib P m c n
+    {"Pnam", 62, 4, 4, 1580}, // syminfo.lib P n a m
+    {"Pmnb", 62, 5, 4, 1584}, // syminfo.lib P m n b
+    {"Pcmn", 62, 6, 4, 1588}, // syminfo.lib P c m n
+    {"Cmcm", 63, 1, 8, 1592}, // syminfo.lib C m c m
+    {"Cbnn", 63, 2, 8, 1600}, // syminfo.lib A m a m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Amma", 63, 3, 8, 1608}, // syminfo.lib A m m a
+    {"Bbmm", 63, 4, 8, 1616}, // syminfo.lib B b m m
+    {"Bmmb", 63, 5, 8, 1624}, // syminfo.lib B m m b
+    {"Ccmm", 63, 6, 8, 1632}, // syminfo.lib C c m m
+    {"Amam", 63, 7, 8, 1640}, // syminfo.lib A m a m
+    {"Cmca", 64, 1, 8, 1648}, // syminfo.lib C m c a
+    {"Cbnb", 64, 2, 8, 1656}, // syminfo.lib A c a m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Abma", 64, 3, 8, 1664}, // syminfo.lib A b m a
+    {"Bbcm", 64, 4, 8, 1672}, // syminfo.lib B b c m
+    {"Bmab", 64, 5, 8, 1680}, // syminfo.lib B m a b
+    {"Ccmb", 64, 6, 8, 1688}, // syminfo.lib C c m b
+    {"Acam", 64, 7, 8, 1696}, // syminfo.lib A c a m
+    {"Abam", 64, 8, 8, 1704}, // syminfo.lib C m c a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Bbam", 64, 9, 8, 1712}, // syminfo.lib B m a b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Ccma", 64, 10, 8, 1720}, // syminfo.lib A b m a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Cmmm", 65, 1, 8, 1728}, // syminfo.lib C m m m
+    {"Cban", 65, 2, 8, 1736}, // syminfo.lib A m m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Ammm", 65, 3, 8, 1744}, // syminfo.lib A m m m
+    {"Bmmm", 65, 4, 8, 1752}, // syminfo.lib B m m m
+    {"Cccm", 66, 1, 8, 1760}, // syminfo.lib C c c m
+    {"Cnnn", 66, 2, 8, 1768}, // syminfo.lib A m a a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Amaa", 66, 3, 8, 1776}, // syminfo.lib A m a a
+    {"Bbmb", 66, 4, 8, 1784}, // syminfo.lib B b m b
+    {"Cmma", 67, 1, 8, 1792}, // syminfo.lib C m m a
+    {"Cbab", 67, 2, 8, 1800}, // syminfo.lib A b m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Abmm", 67, 3, 8, 1808}, // syminfo.lib A b m m
+    {"Bmcm", 67, 4, 8, 1816}, // syminfo.lib B m c m
+    {"Bmam", 67, 5, 8, 1824}, // syminfo.lib B m a m
+    {"Cmmb", 67, 6, 8, 1832}, // syminfo.lib C m m b
+    {"Acmm", 67, 7, 8, 1840}, // syminfo.lib A c m m
+    {"Ccca", 68, 1, 8, 1848}, // syminfo.lib C c c a :2
+    {"Cnnb", 68, 2, 8, 1856}, // syminfo.lib A b a a :1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Abaa", 68, 3, 8, 1864}, // syminfo.lib A b a a :2
+    {"Bbcb", 68, 4, 8, 1872}, // syminfo.lib B b c b :2
+    {"Bbab", 68, 5, 8, 1880}, // syminfo.lib B b a b :2
+    {"Cccb", 68, 6, 8, 1888}, // syminfo.lib C c c b :2
+    {"Acaa", 68, 7, 8, 1896}, // syminfo.lib A c a a :2
+    {"Abnn", 68, 8, 8, 1904}, // syminfo.lib C c c a :1, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Fmmm", 69, 1, 16, 1912}, // syminfo.lib F m m m
+    {"Fddd", 70, 1, 16, 1928}, // syminfo.lib F d d d :2
+    {"Immm", 71, 1, 8, 1944}, // syminfo.lib I m m m
+    {"Innn", 71, 2, 8, 1952}, // syminfo.lib I m m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Ibam", 72, 1, 8, 1960}, // syminfo.lib I b a m
+    {"Iccn", 72, 2, 8, 1968}, // syminfo.lib I m c b, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Imcb", 72, 3, 8, 1976}, // syminfo.lib I m c b
+    {"Icma", 72, 4, 8, 1984}, // syminfo.lib I c m a
+    {"Ibma", 72, 5, 8, 1992}, // syminfo.lib I c m a, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Ibca", 73, 1, 8, 2000}, // syminfo.lib I b c a
+    {"Icab", 73, 2, 8, 2008}, // syminfo.lib I c a b
+    {"Imma", 74, 1, 8, 2016}, // syminfo.lib I m m a
+    {"Innb", 74, 2, 8, 2024}, // syminfo.lib I b m m, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Ibmm", 74, 3, 8, 2032}, // syminfo.lib I b m m
+    {"Imcm", 74, 4, 8, 2040}, // syminfo.lib I m c m
+    {"Imam", 74, 5, 8, 2048}, // syminfo.lib I m a m
+    {"Immb", 74, 6, 8, 2056}, // syminfo.lib I m m b
+    {"Icmm", 74, 7, 8, 2064}, // syminfo.lib I c m m
+    {"P4", 75, 1, 4, 2072}, // syminfo.lib P 4
+    {"P41", 76, 1, 4, 2076}, // syminfo.lib P 41
+    {"P42", 77, 1, 4, 2080}, // syminfo.lib P 42
+    {"P43", 78, 1, 4, 2084}, // syminfo.lib P 43
+    {"I4", 79, 1, 8, 2088}, // syminfo.lib I 4
+    {"I41", 80, 1, 8, 2096}, // syminfo.lib I 41
+    {"P-4", 81, 1, 4, 2104}, // syminfo.lib P -4
+    {"I-4", 82, 1, 8, 2108}, // syminfo.lib I -4
+    {"P4/m", 83, 1, 4, 2116}, // syminfo.lib P 4/m
+    {"P42/m", 84, 1, 4, 2120}, // syminfo.lib P 42/m
+    {"P4/n", 85, 1, 4, 2124}, // syminfo.lib P 4/n :2
+    {"P42/n", 86, 1, 4, 2128}, // syminfo.lib P 42/n :2
+    {"I4/m", 87, 1, 8, 2132}, // syminfo.lib I 4/m
+    {"I41/a", 88, 1, 8, 2140}, // syminfo.lib I 41/a :2
+    {"P422", 89, 1, 8, 2148}, // syminfo.lib P 4 2 2
+    {"P4212", 90, 1, 8, 2156}, // syminfo.lib P 4 21 2
+    {"P4122", 91, 1, 8, 2164}, // syminfo.lib P 41 2 2
+    {"P41212", 92, 1, 8, 2172}, // syminfo.lib P 41 21 2
+    {"C41221", 92, 2, 16, 2180}, // syminfo.lib P 41 21 2, x = (1, 1, 0, 1, -1, 0, 0, 0, -1) x'
+    {"P4222", 93, 1, 8, 2196}, // syminfo.lib P 42 2 2
+    {"P42212", 94, 1, 8, 2204}, // syminfo.lib P 42 21 2
+    {"P4322", 95, 1, 8, 2212}, // syminfo.lib P 43 2 2
+    {"P43212", 96, 1, 8, 2220}, // syminfo.lib P 43 21 2
+    {"I422", 97, 1, 16, 2228}, // syminfo.lib I 4 2 2
+    {"I4122", 98, 1, 16, 2244}, // syminfo.lib I 41 2 2
+    {"P4mm", 99, 1, 8, 2260}, // syminfo.lib P 4 m m
+    {"P4bm", 100, 1, 8, 2268}, // syminfo.lib P 4 b m
+    {"P42cm", 101, 1, 8, 2276}, // syminfo.lib P 42 c m
+    {"P42nm", 102, 1, 8, 2284}, // syminfo.lib P 42 n m
+    {"P4cc", 103, 1, 8, 2292}, // syminfo.lib P 4 c c
+    {"P4nc", 104, 1, 8, 2300}, // syminfo.lib P 4 n c
+    {"P42mc", 105, 1, 8, 2308}, // syminfo.lib P 42 m c
+    {"P42bc", 106, 1, 8, 2316}, // syminfo.lib P 42 b c
+    {"I4mm", 107, 1, 16, 2324}, // syminfo.lib I 4 m m
+    {"I4cm", 108, 1, 16, 2340}, // syminfo.lib I 4 c m
+    {"I41md", 109, 1, 16, 2356}, // syminfo.lib I 41 m d
+    {"I41cd", 110, 1, 16, 2372}, // syminfo.lib I 41 c d
+    {"P-42m", 111, 1, 8, 2388}, // syminfo.lib P -4 2 m
+    {"P-42c", 112, 1, 8, 2396}, // syminfo.lib P -4 2 c
+    {"P-421m", 113, 1, 8, 2404}, // syminfo.lib P -4 21 m
+    {"C-4m21", 113, 2, 16, 2412}, // syminfo.lib P -4 21 m, x = (1, 1, 0, 1, -1, 0, 0, 0, -1) x'
+    {"P-421c", 114, 1, 8, 2428}, // syminfo.lib P -4 21 c
+    {"P-4m2", 115, 1, 8, 2436}, // syminfo.lib P -4 m 2
+    {"P-4c2", 116, 1, 8, 2444}, // syminfo.lib P -4 c 2
+    {"P-4b2", 117, 1, 8, 2452}, // syminfo.lib P -4 b 2
+    {"P-4n2", 118, 1, 8, 2460}, // syminfo.lib P -4 n 2
+    {"I-4m2", 119, 1, 16, 2468}, // syminfo.lib I -4 m 2
+    {"I-4c2", 120, 1, 16, 2484}, // syminfo.lib I -4 c 2
+    {"I-42m", 121, 1, 16, 2500}, // syminfo.lib I -4 2 m
+    {"I-42d", 122, 1, 16, 2516}, // syminfo.lib I -4 2 d
+    {"P4/mmm", 123, 1, 8, 2532}, // syminfo.lib P 4/m m m
+    {"P4/mcc", 124, 1, 8, 2540}, // syminfo.lib P 4/m c c
+    {"P4/nbm", 125, 1, 8, 2548}, // syminfo.lib P 4/n b m :2
+    {"P4/nnc", 126, 1, 8, 2556}, // syminfo.lib P 4/n n c :2
+    {"P4/mbm", 127, 1, 8, 2564}, // syminfo.lib P 4/m b m
+    {"P4/mnc", 128, 1, 8, 2572}, // syminfo.lib P 4/m n c
+    {"P4/nmm", 129, 1, 8, 2580}, // syminfo.lib P 4/n m m :2
+    {"P4/ncc", 130, 1, 8, 2588}, // syminfo.lib P 4/n c c :2
+    {"P42/mmc", 131, 1, 8, 2596}, // syminfo.lib P 42/m m c
+    {"P42/mcm", 132, 1, 8, 2604}, // syminfo.lib P 42/m c m
+    {"P42/nbc", 133, 1, 8, 2612}, // syminfo.lib P 42/n b c :2
+    {"P42/nnm", 134, 1, 8, 2620}, // syminfo.lib P 42/n n m :2
+    {"P42/mbc", 135, 1, 8, 2628}, // syminfo.lib P 42/m b c
+    {"P42/mnm", 136, 1, 8, 2636}, // syminfo.lib P 42/m n m
+    {"P42/nmc", 137, 1, 8, 2644}, // syminfo.lib P 42/n m c :2
+    {"P42/ncm", 138, 1, 8, 2652}, // syminfo.lib P 42/n c m :2
+    {"I4/mmm", 139, 1, 16, 2660}, // syminfo.lib I 4/m m m
+    {"I4/mcm", 140, 1, 16, 2676}, // syminfo.lib I 4/m c m
+    {"I41/amd", 141, 1, 16, 2692}, // syminfo.lib I 41/a m d :2
+    {"I41/acd", 142, 1, 16, 2708}, // syminfo.lib I 41/a c d :2
+    {"P3", 143, 1, 3, 2724}, // syminfo.lib P 3
+    {"P31", 144, 1, 3, 2727}, // syminfo.lib P 31
+    {"P32", 145, 1, 3, 2730}, // syminfo.lib P 32
+    {"R3", 146, 1, 9, 2733}, // syminfo.lib R 3 :H
+    {"R3r", 146, 2, 3, 2742}, // syminfo.lib R 3 :R
+    {"P-3", 147, 1, 3, 2745}, // syminfo.lib P -3
+    {"R-3", 148, 1, 9, 2748}, // syminfo.lib R -3 :H
+    {"R-3r", 148, 2, 3, 2757}, // syminfo.lib R -3 :R
+    {"P312", 149, 1, 6, 2760}, // syminfo.lib P 3 1 2
+    {"P321", 150, 1, 6, 2766}, // syminfo.lib P 3 2 1
+    {"P3112", 151, 1, 6, 2772}, // syminfo.lib P 31 1 2
+    {"P3121", 152, 1, 6, 2778}, // syminfo.lib P 31 2 1
+    {"P3212", 153, 1, 6, 2784}, // syminfo.lib P 32 1 2
+    {"P3221", 154, 1, 6, 2790}, // syminfo.lib P 32 2 1
+    {"R32", 155, 1, 18, 2796}, // syminfo.lib R 3 2 :H
+    {"R32r", 155, 2, 6, 2814}, // syminfo.lib R 3 2 :R
+    {"P3m1", 156, 1, 6, 2820}, // syminfo.lib P 3 m 1
+    {"P31m", 157, 1, 6, 2826}, // syminfo.lib P 3 1 m
+    {"P3c1", 158, 1, 6, 2832}, // syminfo.lib P 3 c 1
+    {"P31c", 159, 1, 6, 2838}, // syminfo.lib P 3 1 c
+    {"R3m", 160, 1, 18, 2844}, // syminfo.lib R 3 m :H
+    {"R3mr", 160, 2, 6, 2862}, // syminfo.lib R 3 m :R
+    {"R3c", 161, 1, 18, 2868}, // syminfo.lib R 3 c :H
+    {"R3cr", 161, 2, 6, 2886}, // syminfo.lib R 3 c :R
+    {"P-31m", 162, 1, 6, 2892}, // syminfo.lib P -3 1 m
+    {"P-31c", 163, 1, 6, 2898}, // syminfo.lib P -3 1 c
+    {"P-3m1", 164, 1, 6, 2904}, // syminfo.lib P -3 m 1
+    {"P-3c1", 165, 1, 6, 2910}, // syminfo.lib P -3 c 1
+    {"R-3m", 166, 1, 18, 2916}, // syminfo.lib R -3 m :H
+    {"R-3mr", 166, 2, 6, 2934}, // syminfo.lib R -3 m :R
+    {"R-3c", 167, 1, 18, 2940}, // syminfo.lib R -3 c :H
+    {"R-3cr", 167, 2, 6, 2958}, // syminfo.lib R -3 c :R
+    {"P6", 168, 1, 6, 2964}, // syminfo.lib P 6
+    {"P61", 169, 1, 6, 2970}, // syminfo.lib P 61
+    {"P65", 170, 1, 6, 2976}, // syminfo.lib P 65
+    {"P62", 171, 1, 6, 2982}, // syminfo.lib P 62
+    {"P64", 172, 1, 6, 2988}, // syminfo.lib P 64
+    {"P63", 173, 1, 6, 2994}, // syminfo.lib P 63
+    {"P-6", 174, 1, 6, 3000}, // syminfo.lib P -6
+    {"P6/m", 175, 1, 6, 3006}, // syminfo.lib P 6/m
+    {"P63/m", 176, 1, 6, 3012}, // syminfo.lib P 63/m
+    {"P622", 177, 1, 12, 3018}, // syminfo.lib P 6 2 2
+    {"P6122", 178, 1, 12, 3030}, // syminfo.lib P 61 2 2
+    {"P6522", 179, 1, 12, 3042}, // syminfo.lib P 65 2 2
+    {"P6222", 180, 1, 12, 3054}, // syminfo.lib P 62 2 2
+    {"P6422", 181, 1, 12, 3066}, // syminfo.lib P 64 2 2
+    {"P6322", 182, 1, 12, 3078}, // syminfo.lib P 63 2 2
+    {"P6mm", 183, 1, 12, 3090}, // syminfo.lib P 6 m m
+    {"P6cc", 184, 1, 12, 3102}, // syminfo.lib P 6 c c
+    {"P63cm", 185, 1, 12, 3114}, // syminfo.lib P 63 c m
+    {"P63mc", 186, 1, 12, 3126}, // syminfo.lib P 63 m c
+    {"P-6m2", 187, 1, 12, 3138}, // syminfo.lib P -6 m 2
+    {"P-6c2", 188, 1, 12, 3150}, // syminfo.lib P -6 c 2
+    {"P-62m", 189, 1, 12, 3162}, // syminfo.lib P -6 2 m
+    {"P-62c", 190, 1, 12, 3174}, // syminfo.lib P -6 2 c
+    {"P6/mmm", 191, 1, 12, 3186}, // syminfo.lib P 6/m m m
+    {"P6/mcc", 192, 1, 12, 3198}, // syminfo.lib P 6/m c c
+    {"P63/mcm", 193, 1, 12, 3210}, // syminfo.lib P 63/m c m
+    {"P63/mmc", 194, 1, 12, 3222}, // syminfo.lib P 63/m m c
+    {"P23", 195, 1, 12, 3234}, // syminfo.lib P 2 3
+    {"F23", 196, 1, 48, 3246}, // syminfo.lib F 2 3
+    {"I23", 197, 1, 24, 3294}, // syminfo.lib I 2 3
+    {"P213", 198, 1, 12, 3318}, // syminfo.lib P 21 3
+    {"I213", 199, 1, 24, 3330}, // syminfo.lib I 21 3
+    {"Pm3", 200, 1, 12, 3354}, // syminfo.lib P m -3
+    {"Pm-3", 200, 2, 12, 3366}, // syminfo.lib P m -3
+    {"Pn3", 201, 1, 12, 3378}, // syminfo.lib P n -3 :2
+    {"Pn-3", 201, 2, 12, 3390}, // syminfo.lib P n -3 :2
+    {"Fm3", 202, 1, 48, 3402}, // syminfo.lib F m -3
+    {"Fm-3", 202, 2, 48, 3450}, // syminfo.lib F m -3
+    {"Fd3", 203, 1, 48, 3498}, // syminfo.lib F d -3 :2
+    {"Fd-3", 203, 2, 48, 3546}, // syminfo.lib F d -3 :2
+    {"Im3", 204, 1, 24, 3594}, // syminfo.lib I m -3
+    {"Im-3", 204, 2, 24, 3618}, // syminfo.lib I m -3
+    {"Pa3", 205, 1, 12, 3642}, // syminfo.lib P a -3
+    {"Pb3", 205, 2, 12, 3654}, // syminfo.lib P a -3, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Pa-3", 205, 3, 12, 3666}, // syminfo.lib P a -3
+    {"Pb-3", 205, 4, 12, 3678}, // syminfo.lib P a -3, x = (0, 0, 1, 0, 1, 0, -1, 0, 0) x'
+    {"Ia3", 206, 1, 24, 3690}, // syminfo.lib I a -3
+    {"Ia-3", 206, 2, 24, 3714}, // syminfo.lib I a -3
+    {"P432", 207, 1, 24, 3738}, // syminfo.lib P 4 3 2
+    {"P4232", 208, 1, 24, 3762}, // syminfo.lib P 42 3 2
+    {"F432", 209, 1, 96, 3786}, // syminfo.lib F 4 3 2
+    {"F4132", 210, 1, 96, 3882}, // syminfo.lib F 41 3 2
+    {"I432", 211, 1, 48, 3978}, // syminfo.lib I 4 3 2
+    {"P4332", 212, 1, 24, 4026}, // syminfo.lib P 43 3 2
+    {"P4132", 213, 1, 24, 4050}, // syminfo.lib P 41 3 2
+    {"I4132", 214, 1, 48, 4074}, // syminfo.lib I 41 3 2
+    {"P-43m", 215, 1, 24, 4122}, // syminfo.lib P -4 3 m
+    {"F-43m", 216, 1, 96, 4146}, // syminfo.lib F -4 3 m
+    {"I-43m", 217, 1, 48, 4242}, // syminfo.lib I -4 3 m
+    {"P-43n", 218, 1, 24, 4290}, // syminfo.lib P -4 3 n
+    {"F-43c", 219, 1, 96, 4314}, // syminfo.lib F -4 3 c
+    {"I-43d", 220, 1, 48, 4410}, // syminfo.lib I -4 3 d
+    {"Pm3m", 221, 1, 24, 4458}, // syminfo.lib P m -3 m
+    {"Pm-3m", 221, 2, 24, 4482}, // syminfo.lib P m -3 m
+    {"Pn3n", 222, 1, 24, 4506}, // syminfo.lib P n -3 n :2
+    {"Pn-3n", 222, 2, 24, 4530}, // syminfo.lib P n -3 n :2
+    {"Pm3n", 223, 1, 24, 4554}, // syminfo.lib P m -3 n
+    {"Pm-3n", 223, 2, 24, 4578}, // syminfo.lib P m -3 n
+    {"Pn3m", 224, 1, 24, 4602}, // syminfo.lib P n -3 m :2
+    {"Pn-3m", 224, 2, 24, 4626}, // syminfo.lib P n -3 m :2
+    {"Fm3m", 225, 1, 96, 4650}, // syminfo.lib F m -3 m
+    {"Fm-3m", 225, 2, 96, 4746}, // syminfo.lib F m -3 m
+    {"Fm3c", 226, 1, 96, 4842}, // syminfo.lib F m -3 c
+    {"Fm-3c", 226, 2, 96, 4938}, // syminfo.lib F m -3 c
+    {"Fd3m", 227, 1, 96, 5034}, // syminfo.lib F d -3 m :2
+    {"Fd-3m", 227, 2, 96, 5130}, // syminfo.lib F d -3 m :2
+    {"Fd3c", 228, 1, 96, 5226}, // syminfo.lib F d -3 c :2
+    {"Fd-3c", 228, 2, 96, 5322}, // syminfo.lib F d -3 c :2
+    {"Im3m", 229, 1, 48, 5418}, // syminfo.lib I m -3 m
+    {"Im-3m", 229, 2, 48, 5466}, // syminfo.lib I m -3 m
+    {"Ia3d", 230, 1, 48, 5514}, // syminfo.lib I a -3 d
+    {"Ia-3d", 230, 2, 48, 5562}, // syminfo.lib I a -3 d
+    {"P*", 502, 1, 1, 5610}, // identity; numbered through P-1
+    {"P*/*", 510, 1, 1, 5611}, // identity; numbered through P2/m
+    {"P21/*", 511, 1, 1, 5612}, // identity; numbered through P21/m
+    {"A*/*", 512, 1, 1, 5613}, // identity; numbered through A2/m
+    {"C*/*", 512, 2, 1, 5614}, // identity; numbered through C2/m
+    {"I*/*", 512, 3, 1, 5615}, // identity; numbered through I2/m
+    {"P*/a", 513, 1, 1, 5616}, // identity; numbered through P2/a
+    {"P*/c", 513, 2, 1, 5617}, // identity; numbered through P2/c
+    {"P*/n", 513, 3, 1, 5618}, // identity; numbered through P2/n
+    {"A*/a", 515, 1, 1, 5619}, // identity; numbered through A2/a
+    {"C*/c", 515, 2, 1, 5620}, // identity; numbered through C2/c
+    {"I*/a", 515, 3, 1, 5621}, // identity; numbered through I2/a
+    {"P***", 547, 1, 1, 5622}, // identity; numbered through Pmmm
+    {"P*aa", 549, 1, 1, 5623}, // identity; numbered through Pmaa
+    {"Pb*b", 549, 2, 1, 5624}, // identity; numbered through Pbmb
+    {"Pcc*", 549, 3, 1, 5625}, // identity; numbered through Pccm
+    {"P**a", 551, 1, 1, 5626}, // identity; numbered through Pmma
+    {"P**b", 551, 2, 1, 5627}, // identity; numbered through Pmmb
+    {"P*a*", 551, 3, 1, 5628}, // identity; numbered through Pmam
+    {"P*c*", 551, 4, 1, 5629}, // identity; numbered through Pmcm
+    {"Pb**", 551, 5, 1, 5630}, // identity; numbered through Pbmm
+    {"Pc**", 551, 6, 1, 5631}, // identity; numbered through Pcmm
+    {"P*an", 553, 1, 1, 5632}, // identity; numbered through Pman
+    {"P*na", 553, 2, 1, 5633}, // identity; numbered through Pmna
+    {"Pb*n", 553, 3, 1, 5634}, // identity; numbered through Pbmn
+    {"Pcn*", 553, 4, 1, 5635}, // identity; numbered through Pcnm
+    {"Pn*b", 553, 5, 1, 5636}, // identity; numbered through Pnmb
+    {"Pnc*", 553, 6, 1, 5637}, // identity; numbered through Pncm
+    {"P*cb", 555, 1, 1, 5638}, // identity; numbered through Pmcb
+    {"Pba*", 555, 2, 1, 5639}, // identity; numbered through Pbam
+    {"Pc*a", 555, 3, 1, 5640}, // identity; numbered through Pcma
+    {"P*ab", 557, 1, 1, 5641}, // identity; numbered through Pmab
+    {"P*ca", 557, 2, 1, 5642}, // identity; numbered through Pmca
+    {"Pb*a", 557, 3, 1, 5643}, // identity; numbered through Pbma
+    {"Pbc*", 557, 4, 1, 5644}, // identity; numbered through Pbcm
+    {"Pc*b", 557, 5, 1, 5645}, // identity; numbered through Pcmb
+    {"Pca*", 557, 6, 1, 5646}, // identity; numbered through Pcam
+    {"P*nn", 558, 1, 1, 5647}, // identity; numbered through Pmnn
+    {"Pn*n", 558, 2, 1, 5648}, // identity; numbered through Pnmn
+    {"Pnn*", 558, 3, 1, 5649}, // identity; numbered through Pnnm
+    {"P**n", 559, 1, 1, 5650}, // identity; numbered through Pmmn
+    {"P*n*", 559, 2, 1, 5651}, // identity; numbered through Pmnm
+    {"Pn**", 559, 3, 1, 5652}, // identity; numbered through Pnmm
+    {"P*cn", 562, 1, 1, 5653}, // identity; numbered through Pmcn
+    {"P*nb", 562, 2, 1, 5654}, // identity; numbered through Pmnb
+    {"Pbn*", 562, 3, 1, 5655}, // identity; numbered through Pbnm
+    {"Pc*n", 562, 4, 1, 5656}, // identity; numbered through Pcmn
+    {"Pn*a", 562, 5, 1, 5657}, // identity; numbered through Pnma
+    {"Pna*", 562, 6, 1, 5658}, // identity; numbered through Pnam
+    {"A**a", 563, 1, 1, 5659}, // identity; numbered through Amma
+    {"A*a*", 563, 2, 1, 5660}, // identity; numbered through Amam
+    {"B**b", 563, 3, 1, 5661}, // identity; numbered through Bmmb
+    {"Bb**", 563, 4, 1, 5662}, // identity; numbered through Bbmm
+    {"C*c*", 563, 5, 1, 5663}, // identity; numbered through Cmcm
+    {"Cc**", 563, 6, 1, 5664}, // identity; numbered through Ccmm
+    {"Ab*a", 564, 1, 1, 5665}, // identity; numbered through Abma
+    {"Aba*", 564, 2, 1, 5666}, // identity; numbered through Abam
+    {"B*ab", 564, 3, 1, 5667}, // identity; numbered through Bmab
+    {"Bba*", 564, 4, 1, 5668}, // identity; numbered through Bbam
+    {"C*ca", 564, 5, 1, 5669}, // identity; numbered through Cmca
+    {"Cc*a", 564, 6, 1, 5670}, // identity; numbered through Ccma
+    {"A***", 565, 1, 1, 5671}, // identity; numbered through Ammm
+    {"B***", 565, 2, 1, 5672}, // identity; numbered through Bmmm
+    {"C***", 565, 3, 1, 5673}, // identity; numbered through Cmmm
+    {"A*aa", 566, 1, 1, 5674}, // identity; numbered through Amaa
+    {"Bb*b", 566, 2, 1, 5675}, // identity; numbered through Bbmb
+    {"Ccc*", 566, 3, 1, 5676}, // identity; numbered through Cccm
+    {"Ab**", 567, 1, 1, 5677}, // identity; numbered through Abmm
+    {"B*a*", 567, 2, 1, 5678}, // identity; numbered through Bmam
+    {"C**a", 567, 3, 1, 5679}, // identity; numbered through Cmma
+    {"F***", 569, 1, 1, 5680}, // identity; numbered through Fmmm
+    {"I***", 571, 1, 1, 5681}, // identity; numbered through Immm
+    {"Im**", 571, 2, 1, 5682}, // identity; numbered through Immm
+    {"I*aa", 572, 1, 1, 5683}, // identity; numbered through Imaa
+    {"Ib*a", 572, 2, 1, 5684}, // identity; numbered through Ibma
+    {"Iba*", 572, 3, 1, 5685}, // identity; numbered through Ibam
+    {"I**a", 574, 1, 1, 5686}, // identity; numbered through Imma
+    {"I*a*", 574, 2, 1, 5687}, // identity; numbered through Imam
+    {"Ib**", 574, 3, 1, 5688}, // identity; numbered through Ibmm
+    {"P41,3", 578, 1, 1, 5689}, // identity; numbered through P41
+    {"P4/*", 583, 1, 1, 5690}, // identity; numbered through P4/m
+    {"P42/*", 584, 1, 1, 5691}, // identity; numbered through P42/m
+    {"I4/*", 587, 1, 1, 5692}, // identity; numbered through I4/m
+    {"P41,322", 595, 1, 1, 5693}, // identity; numbered through P4122
+    {"P41,3212", 596, 1, 1, 5694}, // identity; numbered through P41212
+    {"P421*", 613, 1, 1, 5695}, // identity; numbered through P-421m
+    {"I4*d", 622, 1, 1, 5696}, // identity; numbered through I-42d
+    {"P4/***", 623, 1, 1, 5697}, // identity; numbered through P4/mmm
+    {"P4/*cc", 624, 1, 1, 5698}, // identity; numbered through P4/mcc
+    {"P4/*b*", 627, 1, 1, 5699}, // identity; numbered through P4/mbm
+    {"P4/*nc", 628, 1, 1, 5700}, // identity; numbered through P4/mnc
+    {"P4/**c", 631, 1, 1, 5701}, // identity; numbered through P42/mmc
+    {"P4/*c*", 632, 1, 1, 5702}, // identity; numbered through P42/mcm
+    {"P4/*bc", 635, 1, 1, 5703}, // identity; numbered through P42/mbc
+    {"P4/*n*", 636, 1, 1, 5704}, // identity; numbered through P42/mnm
+    {"I4/***", 639, 1, 1, 5705}, // identity; numbered through I4/mmm
+    {"I4/*c*", 640, 1, 1, 5706}, // identity; numbered through I4/mcm
+    {"P31,2", 645, 1, 1, 5707}, // identity; numbered through P31
+    {"P*,-3", 647, 1, 1, 5708}, // identity; numbered through P-3
+    {"R*", 648, 1, 1, 5709}, // identity; numbered through R-3
+    {"P31,212", 653, 1, 1, 5710}, // identity; numbered through P3112
+    {"P31,221", 654, 1, 1, 5711}, // identity; numbered through P3121
+    {"P31*", 662, 1, 1, 5712}, // identity; numbered through P31m
+    {"P*1c,-3m", 663, 1, 1, 5713}, // identity; numbered through P-31c
+    {"P3*1", 664, 1, 1, 5714}, // identity; numbered through P3m1
+    {"P*c1,-3m", 665, 1, 1, 5715}, // identity; numbered through P-3c1
+    {"R**", 666, 1, 1, 5716}, // identity; numbered through R-3m
+    {"R*c", 667, 1, 1, 5717}, // identity; numbered through R-3c
+    {"P61,5", 670, 1, 1, 5718}, // identity; numbered through P61
+    {"P62,4", 672, 1, 1, 5719}, // identity; numbered through P62
+    {"P6/*", 675, 1, 1, 5720}, // identity; numbered through P6/m
+    {"P63/*", 676, 1, 1, 5721}, // identity; numbered through P63/m
+    {"P61,522", 679, 1, 1, 5722}, // identity; numbered through P6122
+    {"P62,422", 681, 1, 1, 5723}, // identity; numbered through P6222
+    {"P6/***", 691, 1, 1, 5724}, // identity; numbered through P6/mmm
+    {"P6/*cc", 692, 1, 1, 5725}, // identity; numbered through P6/mcc
+    {"P6/*c*", 693, 1, 1, 5726}, // identity; numbered through P63/mcm
+    {"P6/**c", 694, 1, 1, 5727}, // identity; numbered through P63/mmc
+    {"P*3", 700, 1, 1, 5728}, // identity; numbered through Pm3
+    {"F*3", 702, 1, 1, 5729}, // identity; numbered through Fm3
+    {"I*3", 704, 1, 1, 5730}, // identity; numbered through Im3
+    {"P41,332", 713, 1, 1, 5731}, // identity; numbered through P4132
+    {"P*3*", 721, 1, 1, 5732}, // identity; numbered through Pm3m
+    {"P*3n", 723, 1, 1, 5733}, // identity; numbered through Pm3n
+    {"F*3*", 725, 1, 1, 5734}, // identity; numbered through Fm3m
+    {"F*3c", 726, 1, 1, 5735}, // identity; numbered through Fm3c
 };
 
 } // namespace

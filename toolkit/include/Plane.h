@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Vector3D.h"
+
+#include <iosfwd>
+
+class Archive;
+
+// A plane in orthogonal coordinates: the points p with normal . p = distance, and two unit
+// vectors that lie in it.
+class Plane {
+public:
+    Vector3D normal{0, 0, 1};
+    double distance = 0.0;
+    Vector3D v1{1, 0, 0};
+    Vector3D v2{0, 1, 0};
+
+    Plane() = default;
+    // The normal is made a unit vector (a zero normal fails); v1 and v2 are chosen in the plane.
+    Plane(const Vector3D& normal, double distance);
+
+    // Signed distance of a point from the plane.
+    double height(const Vector3D& point) const { return normal.dot(point) - distance; }
+
+    // "normal: ", ", distance: ", then "    v1: " and "    v2: ".
+    void print(std::ostream& out) const;
+    void write(Archive& archive) const;
+    void read(Archive& archive);
+
+    bool operator==(const Plane& o) const
+    {
+        return normal == o.normal && distance == o.distance && v1 == o.v1 && v2 == o.v2;
+    }
+};

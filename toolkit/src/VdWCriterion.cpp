@@ -1,0 +1,9 @@
+#include "VdWCriterion.h"
+
+#include <ostream>
+
+void VdWCriterion::print(std::ostream& out) const
+{
+    out << "VdWCriterion: ";
+    DistanceCriterion::print(out);
+}

@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Lines of tests against lines of the code they test, per subsystem and in total.
+#
+# Every line counts, blank and comment lines too, of C++ sources (.cpp, .h), Python helpers (.py)
+# and CMakeLists.txt files that git tracks or would track (ignored build trees are left out).
+# Tests: all such files under a tests/ folder of libCif, foundation, application, checker and
+# toolkit, support headers and test CMakeLists included. Code: the rest of those five folders,
+# except what no test exercises or what is not written by hand: the compiled-in tables generated
+# by tools/ (toolkit/src/ElementTables.cpp, toolkit/src/SpacegroupTable.cpp), the benchmarks
+# (bench/) and the screenshot programs (screenshots/).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+lines_of() {
+    # The files on standard input, one a line; prints the sum of their lines.
+    local total=0 n
+    while IFS= read -r file; do
+        n=$(wc -l <"$file")
+        total=$((total + n))
+    done
+    echo "$total"
+}
+
+files_of() {
+    git ls-files -co --exclude-standard -- "$1" |
+        grep -E '(\.(cpp|h|py)|/CMakeLists\.txt)$' |
+        grep -Ev '^toolkit/src/(ElementTables|SpacegroupTable)\.cpp$' || true
+}
+
+printf '%-12s %7s %7s %6s\n' folder tests code ratio
+all_tests=0
+all_code=0
+for folder in libCif foundation application checker toolkit; do
+    tests=$(files_of "$folder" | grep '/tests/' | lines_of)
+    code=$(files_of "$folder" | grep -Ev '/(tests|bench|screenshots)/' | lines_of)
+    printf '%-12s %7d %7d %5d%%\n' "$folder" "$tests" "$code" $((code ? 100 * tests / code : 0))
+    all_tests=$((all_tests + tests))
+    all_code=$((all_code + code))
+done
+printf '%-12s %7d %7d %5d%%\n' total "$all_tests" "$all_code" $((100 * all_tests / all_code))

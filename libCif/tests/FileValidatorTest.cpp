@@ -24,7 +24,6 @@ TEST(CoreCifFileValidator, JudgesFilesByTheirCifWords)
     const std::vector<Case> cases = {
         // The fourth line scores "_symmetry" and "_cell": the words of a line all count.
         {"a CIF", "data_x\n_cell_length_a 5\n_atom_site_label C1\n_symmetry_cell_setting cubic\n", 1, 5},
-        // One line may score several words, each once: "_cell", "_symmetry" and "data_".
         {"a small file with one word", "data_x\n", -1, 1},
         {"prose", long_prose, 0, 0},
         {"case matters", "DATA_X\n_CELL_LENGTH_A 1\n" + long_prose, 0, 0},

@@ -1,12 +1,7 @@
 // The check of mandatory data items over a read CIF, and the reader of the list file, with a
 // small dictionary that gives the categories and related items the check relies on.
 
-#include "CifMandatoryItems.h"
 #include "CifTestSupport.h"
-
-#include <unistd.h>
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -78,9 +73,6 @@ TEST(MandatoryCheck, OneName)
     const std::vector<Case> cases = {
         {"", "_cell_volume", "343@1[_cell_volume|data_t]"},
         {"_cell_volume ?", "_cell_volume", "303@1[_cell_volume|data_t]"},
-        {"_cell_volume .", "_cell_volume", ""},
-        // The listed name's case does not matter, and a finding names it as listed.
-        {"", "_Cell_Volume", "343@1[_Cell_Volume|data_t]"},
         // In a loop only the first value counts.
         {"loop_ _atom_site_label ? C1", "_atom_site_label", "303@1[_atom_site_label|data_t]"},
         // Related items with the function alternate or replace stand in for the name.
@@ -124,10 +116,6 @@ TEST(MandatoryCheck, WhichBlocksAreChecked)
          "data_first\n_computing_structure_solution SHELXS\ndata_pub\n_journal_name_full "
          "j\n_publ_section_title t\n",
          "343@1[_cell_volume|data_first] 343@1[_chemical_formula_sum|data_first]"},
-        {"no block of either kind: both lists on the first block only",
-         "data_first\n_computing_structure_solution x\ndata_second\n_other_item y\n",
-         "343@1[_journal_name_full|data_first] 343@1[_publ_section_title|data_first] "
-         "343@1[_cell_volume|data_first] 343@1[_chemical_formula_sum|data_first]"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -149,41 +137,6 @@ TEST(MandatoryCheck, AddsToTheFindingsOfTheRead)
               "Remark: Line 1 : Data item _chemical_formula_sum not found in block data_t");
     cif.check_mandatory({}, {});
     EXPECT_EQ(cif.errors()->count(), 3u);
-}
-
-// The list file: names before the first data_ line go nowhere, data_all puts a name once in each
-// list, any other data_ line chooses none; comments, empty, indented and other lines are ignored;
-// a second reading replaces the lists, and a file that cannot be opened leaves them empty.
-TEST(MandatoryItemsFile, ListsDriveTheCheck)
-{
-    const std::vector<std::tuple<std::string, const char*, const char*>> cases = {
-        {"_early\ndata_crystal\n_cell_volume  the volume\n_cell_length_a\tlength\n", "",
-         "_cell_volume,_cell_length_a"},
-        {"data_publication\n_journal_name_full\ndata_crystal\n_cell_volume\ndata_all\n_audit_creation_date\n"
-         "data_publication\n_publ_contact_author_name\n",
-         "_journal_name_full,_audit_creation_date,_publ_contact_author_name",
-         "_cell_volume,_audit_creation_date"},
-        {"data_crystal\n_a\ndata_other\n_b\ndata_\n_c\ndata_crystal\n_d\n", "", "_a,_d"},
-        {"# list\n\ndata_crystal\n# _commented_out\n_kept\n  _indented\nnot a name\n\n_also_kept\n", "",
-         "_kept,_also_kept"},
-    };
-    CifMandatoryItems items;
-    for (const auto& [text, publication, crystal] : cases) {
-        std::istringstream in(text);
-        items.read(in);
-        EXPECT_EQ(comma_joined(items.publication_items) + " / " + comma_joined(items.crystal_items),
-                  publication + std::string(" / ") + crystal)
-            << text;
-    }
-    EXPECT_FALSE(items.read_file("/nonexistent/cifward/mandatory.txt"));
-    EXPECT_TRUE(items.publication_items.empty() && items.crystal_items.empty());
-    const fs::path path =
-        fs::temp_directory_path() / ("cifward-mandatory-" + std::to_string(getpid()) + ".txt");
-    std::ofstream(path) << "data_publication\n_journal_name_full\ndata_crystal\n_cell_volume\n";
-    EXPECT_TRUE(items.read_file(path.string()));
-    fs::remove(path);
-    EXPECT_EQ(check("data_t\n_cell_length_a 5\n", items.publication_items, items.crystal_items),
-              "343@1[_cell_volume|data_t] 343@1[_journal_name_full|data_t]");
 }
 
 } // namespace

@@ -55,18 +55,14 @@ TEST(Tokeniser, GivesKindsTextsLinesAndFindings)
     };
     const std::vector<Case> cases = {
         {"", "B@1 E@1 / "},
-        {"a", "V[a]@1 E@1 / "},
         {"a\r\nb\rc\n", "V[a]@1 V[b]@2 V[c]@3 B@4 E@4 / "},
         {"_a 1 # c # d\n", "N[_a]@1 V[1]@1 C[ c # d]@1 B@2 E@2 / "},
         {"data_x loop_ DATA_ABC Loop_ LOOP_x",
          "H[data_x]@1 L[loop_]@1 H[DATA_ABC]@1 L[Loop_]@1 L[LOOP_x]@1 E@1 / "},
-        {"data loop save_x global_ stop_ $x [x] ]",
-         "V[data]@1 V[loop]@1 V[save_x]@1 V[global_]@1 V[stop_]@1 V[$x]@1 V[[x]]@1 V[]]@1 E@1 / "},
         // A quote closes only before white space or the line end, and not after a backslash.
         {"'a'b' 'it's' 'it' s", "V[a'b]@1 V[it's]@1 V[it]@1 V[s]@1 E@1 / "},
         {"\"x\"y\" '_x' \"data_x\" 'a\\' b' '' \"\"",
          "V[x\"y]@1 V[_x]@1 V[data_x]@1 V[a\\' b]@1 V[]@1 V[]@1 E@1 / "},
-        {"'x\n", "V[x]@1 B@2 E@2 / 350@1[']"},
         // A byte of 128 or more is not graphic, so a quote before it closes the value.
         {"'x'\xe9y'", "V[x]@1 V[\xe9y']@1 E@1 / 349@1[\\0351]"},
         // Text blocks: a ';' that opens a line opens one, anywhere else it is a plain character.
@@ -84,7 +80,6 @@ TEST(Tokeniser, GivesKindsTextsLinesAndFindings)
         // Control bytes become blanks; high bytes stay. Tab, VT and FF are white space.
         {"'x\ay'", "V[x y]@1 E@1 / 348@1[\\07]"},
         {std::string("a\x7f") + '\0' + "b", "V[a]@1 V[b]@1 E@1 / 348@1[\\0177] 348@1[\\00]"},
-        {"\n\xc8\xff", "B@1 V[\xc8\xff]@2 E@2 / 349@2[\\0310] 349@2[\\0377]"},
         {"a\tb\vc\fd", "V[a]@1 V[b]@1 V[c]@1 V[d]@1 E@1 / "},
     };
     for (const Case& c : cases) {
@@ -113,20 +108,17 @@ TEST(Reader, BuildsTheModelAndReportsFindings)
         {"'x\ndata_a\n_b 'y\n", "data_a@2{_b=y}", "313@1 350@3[']"},
         // The block made for an early data name ends the quiet time as a heading would.
         {"_a 'x\n", "data_added_by_cifward@1{_a=x}", "305@1 350@1[']"},
-        {"data_a\n" + name75 + " 1\n", "data_a@1{" + name75 + "=1}", ""},
         {"data_a\n" + name76 + " 1\n", "data_a@1{" + name76 + "=1}", "306@2[" + name76 + "]"},
         // Inside a loop header the length is not checked.
         {"data_a\nloop_\n" + name76 + "\n1\n", "data_a@1{" + name76 + "*=1 loop(" + name76 + ")}", ""},
         {"data_a\n_a _b 1\n", "data_a@1{_b=1}", "307@2[_a]"},
         {"data_a\n_a loop_ _b 1\n", "data_a@1{_b*=1 loop(_b)}", "308@2[_a]"},
-        {"data_\n", "data_@1{}", "309@1"},
         {"data_a\ndata_a\ndata_a\n", "data_a@1{} data_a@2{} data_a@3{}",
          "310@2[data_a] 310@3[data_a] 310@3[data_a]"},
         // Strays: the last item's value tells a swallowed name (311) from plain noise (312).
         {"data_a\n_a 1 2\n", "data_a@1{_a=1}", "312@2[2]"},
         {"data_a\n_a ' \t_b'\nx\n", "data_a@1{_a= \t_b}", "311@3[x]"},
         {"data_a\n_a\n;\n_b 1\n;\nx\n", "data_a@1{_a=\\n_b 1\\n}", "311@6[x]"},
-        {"data_a\nsave_x\n_a 1\nsave_\n", "data_a@1{_a=1}", "312@2[save_x] 312@4[save_]"},
         // Repeated names keep the first value; blocks keep their own names apart.
         {"data_a\n_Cell_A 1\n\n_cell_a 2\n", "data_a@1{_Cell_A=1}", "318@4[_cell_a|2]"},
         {"data_a\n_a ''\n_a 1\n", "data_a@1{_a=1}", ""},
@@ -138,11 +130,9 @@ TEST(Reader, BuildsTheModelAndReportsFindings)
          ""},
         // Loops.
         {"data_a\nloop_\n_a\n_b\n1 2\n3 4\n_c 5\n", "data_a@1{_a*=1|3 _b*=2|4 _c=5 loop(_a,_b)}", ""},
-        {"data_a\nloop_ loop_ _a 1\n", "data_a@1{_a*=1 loop(_a)}", "319@2[loop_]"},
         {"data_a\nloop_\n1 2\n", "data_a@1{}", "321@3 312@3[1] 312@3[2]"},
         {"data_a\nloop_\ndata_b\n", "data_a@1{} data_b@3{}", "321@3"},
         {"data_a\n\nloop_ _a\n_b\n1 2\n3\n_c 4\n", "data_a@1{_a*=1|3 _b*=2 _c=4 loop(_a,_b)}", "322@3"},
-        {"data_a\nloop_ _a\ndata_b\n", "data_a@1{_a*= loop(_a)} data_b@3{}", "322@2"},
         {"data_a\nloop_ _a 1 2 data_x\n_b 3\n", "data_a@1{_a*=1|2 loop(_a)} data_x@2{_b=3}", ""},
         // Values taken straight from the line: words that only look like keywords, quotes, a '#'
         // inside a word, tabs, and rows that run over several lines with comments between.
@@ -225,7 +215,6 @@ TEST(Reader, CommentsLandOnTheirOwners)
         // comment keeps its own line end even when the file has none: the item it belongs to is
         // not always written last.
         {"data_a\n_a 1\n# last", "_a/3=# last\\n"},
-        {"data_a\n_a 1\n# last\n\n", "_a/3=# last\\n\\n"},
         {"data_a\n_a 1\n# x\ndata_b\n", "data_b/0=# x\\n"},
         {"data_a\n# lc\nloop_ # on loop\n# before a\n_a # on a\n# before b\n_b\n# note\n1 2\n",
          "_a/0=# before a\\n | _a/1=# on a\\n | _b/0=# before b\\n | loop(_a)/1=# lc\\n | loop(_a)/2=# on "
@@ -233,7 +222,6 @@ TEST(Reader, CommentsLandOnTheirOwners)
          "note(_a)=# note\\n"},
         // Comments inside and between rows are lost; those after the last row move on.
         {"data_a\nloop_ _a\n1 # r1\n# mid\n2\n# end\n_b 3\n", "_b/0=# end\\n"},
-        {"data_a\nloop_ _a _b\n1 2\n# tail\n", "_a/3=# tail\\n"},
     };
     for (const auto& [input, expected] : cases) {
         SCOPED_TRACE(one_line(input));

@@ -9,7 +9,6 @@
 #include "QcbsMainWindow.h"
 #include "QcbsPreferences.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -37,26 +36,18 @@ template <class Row> void addRows(std::initializer_list<std::pair<const char*, R
         QTest::newRow(name) << row;
 }
 
-// Answers every modal box that opens while it lives, which would otherwise wait in the test for a
-// click that never comes: presses the button whose text is `press`, or accepts the box. Keeps
-// "title|text" of each, with "|window hidden" when `behind` was out of sight while it showed.
+// Accepts every modal box that opens while it lives, which would otherwise wait in the test for a
+// click that never comes, and keeps "title|text" of each, with "|window hidden" when `behind` was
+// out of sight while it showed.
 class ModalCatcher {
 public:
-    explicit ModalCatcher(QWidget* behind = nullptr, const QString& press = QString())
+    explicit ModalCatcher(QWidget* behind = nullptr)
     {
-        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this, behind, press] {
-            QWidget* modal = QApplication::activeModalWidget();
-            if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this, behind] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
                 seen << box->windowTitle() + '|' + box->text() +
                             (behind && !behind->isVisible() ? QStringLiteral("|window hidden") : QString());
-                for (QAbstractButton* button : box->buttons())
-                    if (button->text() == press)
-                        button->click();
-                if (box->isVisible())
-                    box->accept();
-            } else if (auto* dialog = qobject_cast<QDialog*>(modal)) {
-                seen << QStringLiteral("unexpected dialog");
-                dialog->reject();
+                box->accept();
             }
         });
         timer_.start(10);

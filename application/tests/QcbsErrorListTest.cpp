@@ -127,9 +127,6 @@ private slots:
             << cif(sixQuotes) << 4 << false
             << rows("E", {2, 3, 4, 5, 6}, quote) + rows("E", {7}, "(check stopped)")
             << QStringList{total(6), none, none} << stopped(6) + totals(6, 0, 0);
-        QTest::newRow("the limit is the caller's")
-            << cif(sixQuotes) << 2 << false << rows("E", {2, 3, 4}, quote) + rows("E", {5}, "(check stopped)")
-            << QStringList{total(4), none, none} << stopped(4) + totals(6, 0, 0);
         QTest::newRow("errors on every other line never stop")
             << QStringLiteral("data_t 'x\n_a 1\n_b 'x\n_c 1\n_d 'x\n_e 1\n_f 'x\n_g 1\n_h 'x\n") << 1 << false
             << rows("E", {1, 3, 5, 7, 9}, quote) + rows("W", {1}, "Ignored string x")
@@ -138,23 +135,9 @@ private slots:
             << cif({"_a 1", "_b 1", "_c 1", "_d 1", "_e 1", "_f 1", "_g 1"}) << 4 << true
             << created(2, "abcd") + rows("W", {6}, "(warnings omitted)") << QStringList{none, total(5), none}
             << totals(0, 7, 0);
-        QTest::newRow("a gap starts a new run of warnings")
-            << cif({"_a 1", "_b 1", "_c 1", "", "_d 1", "_e 1"}) << 2 << true
-            << created(2, "ab") + rows("W", {4}, "(warnings omitted)") + created(6, "de")
-            << QStringList{none, total(5), none} << totals(0, 5, 0);
         QTest::newRow("validation reply items are not listed and do not extend a run")
             << cif({"_a 1", "_b_vrf 1", "_c 1", "_d 1"}) << 2 << true << created(2, "a") + created(4, "cd")
             << QStringList{none, total(3), none} << totals(0, 4, 0);
-        QTest::newRow("line breaks in a message become dots")
-            << cif({";", "first", "second", ";"}) << 4 << false
-            << rows("W", {2}, "Ignored string  ... first ... second ... ")
-            << QStringList{none, total(1), none} << totals(0, 1, 0);
-        QTest::newRow("text beyond ASCII is shown as typed")
-            << cif({"caf\u00e9"}) << 4 << false
-            << rows("W", {2}, "Invalid printable character \\0303") +
-                   rows("W", {2}, "Invalid printable character \\0251") +
-                   rows("W", {2}, "Ignored string caf\u00e9")
-            << QStringList{none, total(3), none} << totals(0, 3, 0);
         QTest::newRow("a clean file") << cif({}) << 4 << true << QStringList()
                                       << QStringList{none, none, none} << "\nNo errors, warnings or remarks.";
     }
@@ -185,7 +168,6 @@ private slots:
 
         QTest::newRow("a message naming a line marks it first")
             << 0 << 14 << -1 << QStringList{"12 1 1", "14 2 0"};
-        QTest::newRow("a branch marks nothing") << 0 << 0 << -1 << QStringList();
         QTest::newRow("help on a message")
             << 0 << 3 << 1 << QStringList{"cifward/PortableHTML/cifward-1-063.html"};
         QTest::newRow("no help on a note of the report") << 1 << 6 << 1 << QStringList();

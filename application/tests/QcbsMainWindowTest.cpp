@@ -116,8 +116,6 @@ private slots:
         };
         row("line feeds become CR LF", "data_a\n_cell_length_a 5.0\n", {}, "data_a\r\n_cell_length_a 5.0\r\n",
             "Read 2 lines.");
-        row("only one trailing blank removed", "data_a  \n_x 1\t\n_y 2   \n", {},
-            "data_a \r\n_x 1\r\n_y 2  \r\n", "Read 3 lines.");
         row("last line has no line end", "data_a\n", "data_a\n_x 1", "data_a\r\n_x 1", "Read 1 line.");
         row("Latin-1 bytes kept", "data_a\n_name 'M\xfcller'\n", {}, "data_a\r\n_name 'M\xfcller'\r\n",
             "Read 2 lines.");
@@ -232,31 +230,12 @@ private slots:
         QCOMPARE(QDir(place.path()).entryList(QDir::Files), QStringList{QStringLiteral("victim.cif")});
     }
 
-    void cancelStopsExit()
-    {
-        QPointer<ScriptedWindow> first = fx_.newWindow(), second = fx_.newWindow();
-        first->editor()->insertPlainText(QStringLiteral("data_first"));
-        second->editor()->insertPlainText(QStringLiteral("data_second"));
-        ScriptedWindow::answers = {QMessageBox::Cancel, QMessageBox::Cancel};
-        first->fileExit();
-        QCOMPARE(openWindows().size(), 2);
-        QCOMPARE(ScriptedWindow::shown.size(), 1);
-        QCOMPARE(ScriptedWindow::shown.first().text, QStringLiteral("Save changes to current file?"));
-
-        ScriptedWindow::answers = {QMessageBox::No, QMessageBox::No};
-        first->fileExit();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!first && !second);
-    }
-
     void commandLineFiles_data()
     {
         const QString missing = QStringLiteral("Error: Could not open file \"{dir}/missing.cif\"");
         addRows<LineCase>({
             {"reuse window: only the first of three",
              {true, {"a.cif", "b.cif", "c.cif"}, 1, true, {"a.cif"}, "Ready"}},
-            {"later file cannot be opened",
-             {false, {"a.cif", "missing.cif", "b.cif"}, 2, false, {"a.cif", "b.cif"}, missing}},
             // The first window stays blank and so counts as reusable whatever the preference says.
             {"blank first window stops the list",
              {false, {"missing.cif", "a.cif", "b.cif"}, 1, true, {}, missing}},
@@ -327,16 +306,11 @@ private slots:
     {
         addRows<EditCase>({
             {"item value in place", {"item|1|data_a|_cell_length_a|5.5", "a 5.0", "a 5.5"}},
-            {"item whose value is on the next line",
-             {"item|1|data_a|_cell_length_b|6.6", "b\n 6.0", "b\n6.6\n 6.0"}},
             // Block names are case-insensitive.
             {"block header in capitals", {"item|1|data_b|_cell_length_a|7.25(3)", "7.0", "7.25(3)", true}},
             {"loop with a row added",
              {"loop|8|loop_\n_atom_site_label\n_atom_site_type_symbol\nC1 C\nO1 O\nN1 N\n", "O1 O\n",
               "O1 O\nN1 N\n"}},
-            {"loop from its keyword line",
-             {"loop|5|loop_\n_atom_site_label\nX1\n",
-              "_atom_site_label\n_atom_site_type_symbol\nC1 C\nO1 O\n", "_atom_site_label\nX1\n"}},
             {"last block replaced",
              {"block|13|data_b\n_cell_length_a 7.5\n_cell_length_c 3.0\n", "7.0\n",
               "7.5\n_cell_length_c 3.0\n"}},

@@ -155,21 +155,16 @@ private slots:
         QTest::addColumn<QFont>("font"); // family, point size and weight compared
         QTest::addColumn<QColor>("color");
         QTest::addColumn<int>("storedSize");
-        const QFont courier(QStringLiteral("Courier"), 12);
-        QFont courierBold = courier;
-        courierBold.setBold(true);
-        const Stored standard = {{"styles/Standard/family", "Courier"}};
-        Stored comment = standard;
-        comment.insert(Stored{{"styles/Comment/family", "Times"},
-                              {"styles/Comment/size", 20},
-                              {"styles/Comment/bold", true},
-                              {"styles/Comment/red", 10},
-                              {"styles/Comment/green", 20},
-                              {"styles/Comment/blue", 30}});
+        const Stored zoomed = {{"styles/Standard/family", "Courier"},
+                               {"styles/Comment/family", "Times"},
+                               {"styles/Comment/size", 20},
+                               {"styles/Comment/bold", true},
+                               {"styles/Comment/red", 10},
+                               {"styles/Comment/green", 20},
+                               {"styles/Comment/blue", 30},
+                               {"font changesize", 2}};
         QTest::newRow("empty store: shipped")
-            << Stored() << "String" << courierBold << QColor(0, 85, 0) << 12;
-        Stored zoomed = comment;
-        zoomed.insert("font changesize", 2);
+            << Stored() << "String" << QFont("Courier", 12, QFont::Bold) << QColor(0, 85, 0) << 12;
         QTest::newRow("stored style zoomed")
             << zoomed << "Comment" << QFont("Times", 22, QFont::Bold) << QColor(10, 20, 30) << 20;
         QTest::newRow("values of wrong type")

@@ -74,17 +74,6 @@ class QcbsSpecialCharactersTest : public QObject {
     IsolatedSettings settings_;
 
 private slots:
-    // The Greek letters the page shows are checked against it below; here, the variant forms, and the
-    // characters that stand for no letter.
-    void symbolFont()
-    {
-        QCOMPARE(QString(greekLetterForSymbolCode(u'J')) + greekLetterForSymbolCode(u'j') +
-                     greekLetterForSymbolCode(u'V'),
-                 QStringLiteral("\u03D1\u03D5\u03C2"));
-        for (const char16_t other : {u'@', u'[', u'`', u'{', u'1', u'\\', u'\u00E9', u'\u03B1'})
-            QCOMPARE(greekLetterForSymbolCode(other), QChar());
-    }
-
     // The page loads, every code it shows is read that way by the program, and every link
     // inserts the code it shows.
     void helpPage()

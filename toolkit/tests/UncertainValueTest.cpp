@@ -42,9 +42,7 @@ TEST(UncertainValue, PrintsAsRead)
         EXPECT_EQ(value.debug_text(), debug);
         EXPECT_TRUE(out.flags() & std::ios::fixed) << "the stream's own format survives";
     }
-    EXPECT_NE(UncertainValue(1.0, 2, 1), UncertainValue(1.0, 2, 0));
     EXPECT_NE(UncertainValue(1.0, 2, 1), UncertainValue(1.0, 3, 1));
-    EXPECT_TRUE(UncertainValue(1.0, 2, 1).same_precision(UncertainValue(2.0, 2, 1)));
 }
 
 TEST(NumberText, RegexCapturesAndPlainNumbers)
@@ -55,9 +53,6 @@ TEST(NumberText, RegexCapturesAndPlainNumbers)
     ASSERT_TRUE(m.has_value());
     EXPECT_EQ((*m)[1], "cell");
     EXPECT_EQ((*m)[2], "42");
-    const auto unset = re.match("cell=");
-    ASSERT_TRUE(unset.has_value());
-    EXPECT_EQ((*unset)[2], "");
     EXPECT_FALSE(re.matches("cell=4x"));
     EXPECT_THROW(Regex("(unclosed"), molecule_error);
     // A plain number is the run around the first digit.

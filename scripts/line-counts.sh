@@ -3,11 +3,11 @@
 #
 # Every line counts, blank and comment lines too, of C++ sources (.cpp, .h), Python helpers (.py)
 # and CMakeLists.txt files that git tracks or would track (ignored build trees are left out).
-# Tests: all such files under a tests/ folder of libCif, foundation, application, checker and
-# toolkit, support headers and test CMakeLists included (the notes in Markdown are not). Code: the
-# rest of those five folders, the screenshot programs and the toolkit's benchmark among it, except
-# the compiled-in tables that tools/ generates (toolkit/src/ElementTables.cpp and
-# toolkit/src/SpacegroupTable.cpp).
+# Tests: all such files under a tests/ folder of each library and program folder, support headers
+# and test CMakeLists included (the notes in Markdown are not). Code: the rest of those folders,
+# the screenshot programs and the toolkit's benchmark among it, except the compiled-in tables that
+# tools/ generates (toolkit/src/ElementTables.cpp, toolkit/src/SpacegroupTable.cpp and
+# wizards/JournalTable.cpp).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -24,13 +24,14 @@ lines_of() {
 files_of() {
     git ls-files -co --exclude-standard -- "$1" |
         grep -E '(\.(cpp|h|py)|/CMakeLists\.txt)$' |
-        grep -Ev '^toolkit/src/(ElementTables|SpacegroupTable)\.cpp$' || true
+        grep -Ev '^(toolkit/src/(ElementTables|SpacegroupTable)|wizards/JournalTable)\.cpp$' || true
 }
 
 printf '%-12s %7s %7s %6s\n' folder tests code ratio
 all_tests=0
 all_code=0
-for folder in libCif foundation application checker toolkit; do
+for folder in libCif foundation application checker toolkit ciftools wizards structure_sources visualiser; do
+    [ -d "$folder" ] || continue
     tests=$(files_of "$folder" | grep '/tests/' | lines_of)
     code=$(files_of "$folder" | grep -v '/tests/' | lines_of)
     printf '%-12s %7d %7d %5d%%\n' "$folder" "$tests" "$code" $((code ? 100 * tests / code : 0))

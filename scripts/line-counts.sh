@@ -30,7 +30,7 @@ files_of() {
 printf '%-12s %7s %7s %6s\n' folder tests code ratio
 all_tests=0
 all_code=0
-for folder in libCif foundation application checker toolkit ciftools wizards structure_sources visualiser; do
+for folder in libCif foundation application checker toolkit ciftools wizards visualiser; do
     [ -d "$folder" ] || continue
     tests=$(files_of "$folder" | grep '/tests/' | lines_of)
     code=$(files_of "$folder" | grep -v '/tests/' | lines_of)

@@ -6,7 +6,7 @@
 set -euo pipefail
 
 want=${1:-test}
-pkgs=(cmake g++ ninja-build ccache libgtest-dev libgmock-dev libpcre2-dev qt6-base-dev)
+pkgs=(cmake g++ ninja-build ccache libgtest-dev libgmock-dev libpcre2-dev qt6-base-dev zlib1g-dev)
 case "$want" in
   build) ;;
   test) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi) ;;

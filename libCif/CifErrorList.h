@@ -6,13 +6,15 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <set>
-#include <vector>
 
-// Findings in order of discovery, with a set of codes whose findings are dropped on arrival.
+// Findings in order of discovery, with a set of codes whose findings are dropped on arrival. They
+// are kept in segments rather than one array: a file with a finding on every item has hundreds
+// of thousands, and an array that doubles would hold them twice while it grows.
 class CifErrorList {
 public:
-    using const_iterator = std::vector<CifError>::const_iterator;
+    using const_iterator = std::deque<CifError>::const_iterator;
 
     void add(const CifError& error);
     void add(CifError&& error);
@@ -29,7 +31,7 @@ public:
     bool is_suppressed(std::uint32_t code) const { return suppressed_.count(code) != 0; }
 
 private:
-    std::vector<CifError> errors_;
+    std::deque<CifError> errors_;
     std::set<std::uint32_t> suppressed_;
 };
 

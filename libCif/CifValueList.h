@@ -1,10 +1,15 @@
 #ifndef CIFWARD_CIFVALUELIST_H
 #define CIFWARD_CIFVALUELIST_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string_view>
+
+// Thrown as a length error: the values of one item would pass what 32-bit offsets reach.
+[[noreturn]] void cif_value_list_too_long();
 
 // Characters of one data item's values. Up to local_capacity of them live in the object itself,
 // so the one short value of a single item costs no allocation; the append that a loop column
@@ -88,23 +93,36 @@ private:
     std::uint32_t capacity_ = local_capacity;
 };
 
-// The offsets that index a value list: a vector of 32-bit numbers in 16 bytes rather than 24,
-// since neither their count nor their values can pass 32 bits.
-class CifOffsets {
+// A growable array of small numbers with a 32-bit size, 16 bytes rather than a vector's 24: the
+// index of a value list holds a few of them, and neither their counts nor their values pass 32
+// bits.
+template <class T> class CifArray {
 public:
-    CifOffsets() = default;
-    CifOffsets(const CifOffsets& other);
-    CifOffsets& operator=(const CifOffsets& other);
-    ~CifOffsets() { delete[] data_; }
+    CifArray() = default;
+    CifArray(const CifArray& other) { *this = other; }
+    CifArray& operator=(const CifArray& other)
+    {
+        if (this != &other) {
+            size_ = 0;
+            reserve(other.size_);
+            if (other.size_ > 0)
+                std::memcpy(data_, other.data_, other.size_ * sizeof(T));
+            size_ = other.size_;
+        }
+        return *this;
+    }
+    ~CifArray() { delete[] data_; }
 
     std::size_t size() const { return size_; }
     bool empty() const { return size_ == 0; }
-    std::uint32_t operator[](std::size_t i) const { return data_[i]; }
-    std::uint32_t& operator[](std::size_t i) { return data_[i]; }
-    void push_back(std::uint32_t value)
+    const T* data() const { return data_; }
+    T operator[](std::size_t i) const { return data_[i]; }
+    T& operator[](std::size_t i) { return data_[i]; }
+    T back() const { return data_[size_ - 1]; }
+    void push_back(T value)
     {
         if (size_ == capacity_)
-            grow(size_ + std::size_t{1});
+            grow(std::size_t{size_} + 1);
         data_[size_++] = value;
     }
     void reserve(std::size_t capacity)
@@ -113,48 +131,97 @@ public:
             reallocate(capacity);
     }
     // New entries take `value`.
-    void resize(std::size_t size, std::uint32_t value = 0);
-    void erase(std::size_t at, std::size_t count);
+    void resize(std::size_t size, T value = 0)
+    {
+        if (size > capacity_)
+            grow(size);
+        for (std::size_t i = size_; i < size; ++i)
+            data_[i] = value;
+        size_ = static_cast<std::uint32_t>(size);
+    }
+    void erase(std::size_t at, std::size_t count)
+    {
+        std::memmove(data_ + at, data_ + at + count, (size_ - at - count) * sizeof(T));
+        size_ -= static_cast<std::uint32_t>(count);
+    }
     void clear() { size_ = 0; }
-    void shrink_to_fit();
-    void swap(CifOffsets& other) noexcept;
+    void shrink_to_fit()
+    {
+        if (capacity_ > size_)
+            reallocate(size_);
+    }
 
 private:
-    void grow(std::size_t needed);
-    void reallocate(std::size_t capacity);
+    void grow(std::size_t needed)
+    {
+        reallocate(std::max<std::size_t>({needed, 2 * std::size_t{capacity_}, 16 / sizeof(T)}));
+    }
+    void reallocate(std::size_t capacity)
+    {
+        if (capacity > UINT32_MAX)
+            cif_value_list_too_long();
+        T* fresh = capacity > 0 ? new T[capacity] : nullptr;
+        if (size_ > 0)
+            std::memcpy(fresh, data_, size_ * sizeof(T));
+        delete[] data_;
+        data_ = fresh;
+        capacity_ = static_cast<std::uint32_t>(capacity);
+    }
 
-    std::uint32_t* data_ = nullptr;
+    T* data_ = nullptr;
     std::uint32_t size_ = 0;
     std::uint32_t capacity_ = 0;
 };
 
 // The values of one data item, packed: all characters in one buffer, in one of three forms.
-// A single item's one value is the whole buffer. Values read or appended in order lie end to
-// end, and each costs 4 bytes over its text: the offset where it ends. An edit that would break
-// that order (a longer or shorter value in the middle) turns the index into (offset, length)
-// pairs, 8 bytes a value, with replaced text left as garbage until it is compacted; compacting
-// puts the values end to end again. A vector of strings would cost 32 bytes a value.
+// A single item's one value is the whole buffer, with no index at all. Values read or appended in
+// order lie end to end, and each costs one byte over its text, its length (255 standing for 255
+// or more, whose lengths are kept apart), plus the offset of every 32nd value: a loop's values
+// are mostly a few characters long, and four bytes of index each would weigh as much as the
+// text. An edit that would break that order (a longer or shorter value in the middle) turns the
+// index into (offset, length) pairs, 8 bytes a value, with replaced text left as garbage until it
+// is compacted; compacting puts the values end to end again.
 class CifValueList {
 public:
-    std::size_t size() const { return single_ ? 1 : (spanned_ ? index_.size() / 2 : index_.size()); }
-    bool empty() const { return !single_ && index_.empty(); }
+    CifValueList() = default;
+    CifValueList(const CifValueList& other);
+    CifValueList& operator=(const CifValueList& other);
+    ~CifValueList() = default;
+
+    std::size_t size() const
+    {
+        return form_ == Single    ? 1
+               : form_ == Packed  ? index_->count
+               : form_ == Spanned ? index_->places.size() / 2
+                                  : 0;
+    }
+    bool empty() const { return form_ == Empty; }
     std::string_view at(std::size_t row) const
     {
         const char* chars = chars_.data();
-        if (single_)
+        if (form_ == Single)
             return std::string_view(chars, chars_.size());
-        if (spanned_)
-            return std::string_view(chars + index_[2 * row], index_[2 * row + 1]);
-        const std::uint32_t begin = row == 0 ? 0 : index_[row - 1];
-        return std::string_view(chars + begin, index_[row] - begin);
+        if (form_ == Spanned)
+            return std::string_view(chars + index_->places[2 * row], index_->places[2 * row + 1]);
+        return std::string_view(chars + packed_offset(row), packed_length(row));
     }
 
     void push_back(std::string_view text)
     {
-        if (!single_ && !spanned_ && !index_.empty())
-            index_.push_back(chars_.append(text));
-        else
+        if (form_ != Packed) {
             push_back_other(text);
+            return;
+        }
+        Index& index = *index_;
+        const std::uint32_t row = index.count;
+        if (row % group == 0)
+            index.places.push_back(chars_.size());
+        index.lengths.push_back(text.size() < long_length ? static_cast<std::uint8_t>(text.size())
+                                                          : long_length);
+        if (text.size() >= long_length)
+            add_long(row, text.size());
+        chars_.append(text);
+        index.count = row + 1;
     }
     void set(std::size_t row, std::string_view text); // row < size()
     void resize(std::size_t count);                   // new rows are empty
@@ -163,18 +230,51 @@ public:
     void shrink_to_fit();
 
 private:
+    enum Form : std::uint8_t { Empty, Single, Packed, Spanned };
+    static constexpr std::uint32_t group = 32;
+    static constexpr std::uint8_t long_length = 255;
+
+    // What a list of more than one value needs besides its characters; a single item has none.
+    struct Index {
+        std::uint32_t count = 0;        // Packed: the number of values
+        CifArray<std::uint8_t> lengths; // Packed: each value's length, long_length for a long one
+        // Packed: the offset of each group's first value. Spanned: (offset, length) of each value.
+        CifArray<std::uint32_t> places;
+        CifArray<std::uint32_t> longs; // Packed: (row, length) of each long value, in row order
+    };
+
+    std::size_t packed_length(std::size_t row) const
+    {
+        const std::uint8_t length = index_->lengths[row];
+        return length < long_length ? length : long_value_length(row);
+    }
+    std::size_t packed_offset(std::size_t row) const
+    {
+        const Index& index = *index_;
+        const std::size_t first = row - row % group;
+        std::size_t offset = index.places[row / group];
+        const std::uint8_t* lengths = index.lengths.data();
+        for (std::size_t i = first; i < row; ++i)
+            offset += lengths[i];
+        if (!index.longs.empty())
+            offset += long_excess(first, row);
+        return offset;
+    }
+    std::size_t long_value_length(std::size_t row) const;
+    // What the long values of rows [first, row) hold beyond the long_length counted for each.
+    std::size_t long_excess(std::size_t first, std::size_t row) const;
+    void add_long(std::uint32_t row, std::size_t length);
     void push_back_other(std::string_view text);
     std::uint32_t append_chars(std::string_view text);
-    void make_index();
+    void make_packed();
     void make_spans();
     void compact();
+    void rebuild_places();
 
     CifCharBuffer chars_;
-    // End to end: the end of each value. Spanned: offset and length of each value.
-    CifOffsets index_;
+    std::unique_ptr<Index> index_;
     std::uint32_t garbage_ = 0;
-    bool single_ = false;
-    bool spanned_ = false;
+    Form form_ = Empty;
 };
 
 #endif

@@ -72,7 +72,9 @@ void apply(const Edit& e, CifValueList& list, std::vector<std::string>& model)
 
 // Edits whose rows are valid for the list as it stands, from a fixed seed: many more
 // combinations of the three forms (one value, end to end, spans) than a list of cases holds.
-std::vector<Edit> seeded_edits(std::size_t count)
+// With `long_values`, one value in ten is 250 to 309 characters long, around the length past which
+// a value's length is kept apart from the others.
+std::vector<Edit> seeded_edits(std::size_t count, bool long_values = false)
 {
     std::uint32_t state = 12345;
     const auto next = [&state](std::uint32_t bound) {
@@ -84,7 +86,10 @@ std::vector<Edit> seeded_edits(std::size_t count)
     for (std::size_t i = 0; i < count; ++i) {
         Edit e{Edit::Push};
         const std::size_t choice = next(100);
-        e.text = std::string(next(3) == 0 ? next(40) : next(6), static_cast<char>('a' + i % 26));
+        const std::size_t length = long_values && next(10) == 0 ? 250 + next(60)
+                                   : next(3) == 0               ? next(40)
+                                                                : next(6);
+        e.text = std::string(length, static_cast<char>('a' + i % 26));
         if (size == 0 || choice < 35) {
             e.kind = Edit::Push;
         } else if (choice < 65) {
@@ -218,6 +223,7 @@ TEST(CifValueList, EditsKeepEveryValue)
          {{Edit::Push, 0, "a"}, {Edit::Push, 0, "b"}, {Edit::Clear}, {Edit::Push, 0, "c"}}},
         {"garbage compacted", shortened_column()},
         {"seeded edits", seeded_edits(4000)},
+        {"seeded edits with long values", seeded_edits(4000, true)},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);

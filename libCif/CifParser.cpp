@@ -84,7 +84,7 @@ void CifParser::run()
             break;
         }
         default:
-            add(CifError(316, "Invalid parser token", -1));
+            add(316, "Invalid parser token", -1);
             break;
         }
     }
@@ -95,15 +95,15 @@ void CifParser::stray_value(const CifToken& token, const HCifDataItem& last_item
     if (!block_) {
         if (!stray_reported) {
             stray_reported = true;
-            add(CifError(313, token.line));
+            add(313, token.line);
         }
         return;
     }
     if (last_item && last_item->has_value() && swallowed_names(last_item)) {
-        add(CifError(311, token.text, token.line));
+        add(311, token.text, token.line);
         return;
     }
-    add(CifError(312, token.text, token.line));
+    add(312, token.text, token.line);
 }
 
 bool CifParser::swallowed_names(const HCifDataItem& item)
@@ -132,7 +132,7 @@ void CifParser::ensure_block(std::int32_t line)
 {
     if (block_)
         return;
-    add(CifError(305, line));
+    add(305, line);
     start_block(cif_added_block_name, line);
     ++block_names_[cif_added_block_name];
 }
@@ -141,13 +141,13 @@ void CifParser::heading(const CifToken& token)
 {
     start_block(token.text, token.line);
     if (token.text == "data_")
-        add(CifError(309, token.line));
+        add(309, token.line);
     // Counted by name, so that a file of many blocks is not compared block against block. One
     // finding per earlier namesake, up to a bound: a file of n equal headings would otherwise
     // hold n*n/2 findings.
     int& earlier = block_names_[token.text];
     for (int i = 0; i < earlier && i < max_namesake_findings; ++i)
-        add(CifError(310, token.text, token.line));
+        add(310, token.text, token.line);
     ++earlier;
 
     if (!pending_.empty()) {
@@ -174,7 +174,7 @@ HCifDataItem CifParser::name(const CifToken& token)
     std::string between;
     ensure_block(token.line);
     if (token.text.size() > data_name_limit)
-        add(CifError(306, token.text, token.line));
+        add(306, token.text, token.line);
 
     CifToken& value = value_token_;
     gather_comments(between, value);
@@ -185,7 +185,7 @@ HCifDataItem CifParser::name(const CifToken& token)
         value_end = value.end_line;
         item = set_item(token, value);
     } else {
-        add(CifError(value.kind == CifName ? 307 : 308, token.text, token.line));
+        add(value.kind == CifName ? 307 : 308, token.text, token.line);
         tokeniser_.push_front(std::move(value));
         item = block_->item(token.text);
     }
@@ -220,13 +220,13 @@ HCifDataItem CifParser::name(const CifToken& token)
 
 void CifParser::duplicate(const HCifDataItem& item, const std::string& name, std::int32_t line)
 {
-    add(CifError(318, name, item->line() < 0 ? std::string("unknown") : std::to_string(item->line()), line));
+    add(318, name, item->line() < 0 ? std::string("unknown") : std::to_string(item->line()), line);
 }
 
 HCifDataItem CifParser::set_item(const CifToken& name, const CifToken& value)
 {
     if (!block_ || name.kind != CifName || value.kind != CifValueToken) {
-        add(CifError(316, "parser error: set of invalid data item", -1));
+        add(316, "parser error: set of invalid data item", -1);
         return block_ ? block_->item(name.text) : HCifDataItem();
     }
     HCifDataItem item = block_->add_item(name.text);
@@ -237,9 +237,9 @@ HCifDataItem CifParser::set_item(const CifToken& name, const CifToken& value)
     item->set_line(name.line);
     const int result = item->set_single_value(value.text);
     if (result != 0)
-        add(CifError(cif_check_result_code(result), name.text, name.line));
+        add(cif_check_result_code(result), name.text, name.line);
     if (item->type() == CifDictionaryEntry::UnknownType)
-        add(CifError(320, name.text, name.line));
+        add(320, name.text, name.line);
     return item;
 }
 
@@ -257,7 +257,7 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
         append_comment(after, token);
     }
     while (token.kind == CifLoopToken) {
-        add(CifError(319, token.text, token.line));
+        add(319, token.text, token.line);
         tokeniser_.next(token);
     }
     tokeniser_.push_front(std::move(token));
@@ -279,7 +279,7 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
             in_header.insert(item);
         const bool elsewhere = !repeated && item->is_looped();
         if (item->type() == CifDictionaryEntry::UnknownType)
-            add(CifError(320, token.text, token.line));
+            add(320, token.text, token.line);
         if (repeated || elsewhere || item->has_value())
             duplicate(item, token.text, token.line);
         const bool kept = !repeated && !elsewhere;
@@ -312,7 +312,7 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
         drop_last_empty_line();
 
     if (columns.empty()) {
-        add(CifError(321, token.line));
+        add(321, token.line);
         return HCifDataItem();
     }
 
@@ -335,7 +335,7 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
     }
 
     if (!read_rows(columns)) {
-        add(CifError(322, loop_line));
+        add(322, loop_line);
         return first_item;
     }
     for (const HCifDataItem& column : columns)
@@ -376,7 +376,7 @@ bool CifParser::read_rows(const std::vector<HCifDataItem>& columns)
                 continue;
             const int result = column->set_value(row, text);
             if (result != 0)
-                add(CifError(cif_check_result_code(result), column->name(), value_line));
+                add(cif_check_result_code(result), column->name(), value_line);
         }
         pending_.clear();
     }

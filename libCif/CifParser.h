@@ -30,7 +30,15 @@ private:
     // Appends comments and blank lines to `out`, and leaves the first other token in `token`.
     void gather_comments(std::string& out, CifToken& token);
     void drop_last_empty_line();
-    void add(CifError&& error) { errors_->add(std::move(error)); }
+    void add(std::uint32_t code, std::int32_t line) { errors_->add(code, line); }
+    void add(std::uint32_t code, std::string_view first, std::int32_t line)
+    {
+        errors_->add(code, first, line);
+    }
+    void add(std::uint32_t code, std::string_view first, std::string_view second, std::int32_t line)
+    {
+        errors_->add(code, first, second, line);
+    }
 
     HCifDictionary dictionary_;
     HCifErrorList errors_;

@@ -201,12 +201,12 @@ bool CifTokeniser::read_line()
             break;
         }
         if (index == static_cast<int>(line_limit_))
-            errors_->add(CifError(347, std::to_string(line_limit_), line_number_ + 1));
+            errors_->add(347, std::to_string(line_limit_), line_number_ + 1);
         if (kind == Control) {
-            errors_->add(CifError(348, octal_escape(byte), line_number_ + 1));
+            errors_->add(348, octal_escape(byte), line_number_ + 1);
             byte = ' ';
         } else if (kind == High) {
-            errors_->add(CifError(349, octal_escape(byte), line_number_ + 1));
+            errors_->add(349, octal_escape(byte), line_number_ + 1);
         }
         buffer_[index++] = static_cast<char>(byte);
         if (index > hard_line_limit)
@@ -214,7 +214,7 @@ bool CifTokeniser::read_line()
     }
     ++line_number_;
     if (index > hard_line_limit) {
-        errors_->add(CifError(347, std::to_string(hard_line_limit), line_number_));
+        errors_->add(347, std::to_string(hard_line_limit), line_number_);
         for (;;) {
             const int c = get();
             if (c == EOF || c == '\n')
@@ -303,14 +303,14 @@ bool CifTokeniser::advance(CifToken& token, std::string_view* text, std::int32_t
 
         // A text block: from a ';' that begins a line up to the next line that begins with ';'.
         if (indented)
-            errors_->add(CifError(351, line_number_));
+            errors_->add(351, line_number_);
         token.kind = CifValueToken;
         token.line = token.end_line = line_number_;
         set_text(token.text, buffer_ + pos_ + 1, static_cast<std::size_t>(length_ - pos_ - 1));
         for (;;) {
             token.text += '\n';
             if (!read_line()) {
-                errors_->add(CifError(353, line_number_));
+                errors_->add(353, line_number_);
                 return false;
             }
             int close = -1;
@@ -321,7 +321,7 @@ bool CifTokeniser::advance(CifToken& token, std::string_view* text, std::int32_t
                 while (first < length_ && is_white(buffer_[first]))
                     ++first;
                 if (first < length_ && buffer_[first] == ';') {
-                    errors_->add(CifError(352, line_number_));
+                    errors_->add(352, line_number_);
                     close = first;
                 }
             }
@@ -381,7 +381,7 @@ void CifTokeniser::scan_word(CifToken& token)
                 return;
             }
         }
-        errors_->add(CifError(350, std::string(1, first), line_number_));
+        errors_->add(350, std::string(1, first), line_number_);
         token.kind = CifValueToken;
         set_text(token.text, buffer_ + start, static_cast<std::size_t>(length_ - start));
         pos_ = length_;

@@ -3,6 +3,7 @@
 
 #include "Cif.h"
 #include "CifTokeniser.h"
+#include "CifValueList.h"
 
 #include <string>
 #include <unordered_map>
@@ -43,6 +44,7 @@ private:
     HCifDictionary dictionary_;
     HCifErrorList errors_;
     Cif::Blocks& blocks_;
+    CifArena::Ref arena_;
     CifTokeniser& tokeniser_;
     std::string pending_;
     HCifDataBlock block_;
@@ -53,6 +55,11 @@ private:
     // Tokens read for each item, kept so that their texts keep their room from item to item.
     CifToken value_token_;
     CifToken next_token_;
+    // The values of the loop being read, end to end, where each ends, and for each column how
+    // many from it on are not checked; kept from loop to loop for their room.
+    CifCharBuffer loop_chars_;
+    CifArray<std::uint32_t> loop_ends_;
+    std::vector<std::size_t> unchecked_run_;
 };
 
 #endif

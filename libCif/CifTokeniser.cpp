@@ -115,7 +115,7 @@ CifTokeniser::CifTokeniser(std::istream& stream, unsigned line_limit, const HCif
     : line_limit_(line_limit), errors_(errors), stream_(stream), source_(stream.rdbuf()),
       good_(stream.good() && stream.rdbuf() != nullptr), chunk_(new char[chunk_size])
 {
-    buffer_[0] = '\0';
+    std::memset(buffer_, 0, sizeof buffer_);
 }
 
 CifTokeniser::~CifTokeniser()
@@ -230,6 +230,45 @@ bool CifTokeniser::read_line()
     length_ = index;
     buffer_[length_] = '\0';
     return true;
+}
+
+std::size_t CifTokeniser::take_plain_values(CifCharBuffer& chars, CifArray<std::uint32_t>& ends,
+                                            std::size_t most)
+{
+    if (queued_ != 0)
+        return 0;
+    const unsigned char* at = reinterpret_cast<const unsigned char*>(buffer_) + pos_;
+    // The values come from the rest of the line, which bounds their characters and their number;
+    // 16 characters more let each short value be copied as one block. All is kept in locals: a
+    // write through a char pointer could change any member, which the compiler would otherwise
+    // load again after each.
+    const std::size_t rest = static_cast<std::size_t>(length_ - pos_);
+    char* const out = chars.room(static_cast<std::uint32_t>(rest + 16));
+    std::uint32_t* const end_out = ends.room(rest / 2 + 1);
+    const std::uint32_t base = chars.size();
+    std::uint32_t written = 0;
+    std::size_t taken = 0;
+    while (taken < most) {
+        while (cif_word_classes.white[*at])
+            ++at;
+        if (!cif_word_classes.plain_start[*at])
+            break;
+        const unsigned char* end = at + 1;
+        while (!cif_word_classes.word_end[*end])
+            ++end;
+        const std::uint32_t n = static_cast<std::uint32_t>(end - at);
+        if (n <= 16)
+            std::memcpy(out + written, at, 16);
+        else
+            std::memcpy(out + written, at, n);
+        written += n;
+        end_out[taken++] = base + written;
+        at = end;
+    }
+    chars.added(written);
+    ends.added(taken);
+    pos_ = static_cast<int>(reinterpret_cast<const char*>(at) - buffer_);
+    return taken;
 }
 
 void CifTokeniser::push_front(const CifToken& token)

@@ -1,6 +1,7 @@
 #include "CifValueList.h"
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 
 void cif_value_list_too_long()
@@ -34,14 +35,21 @@ void CifCharBuffer::release()
     size_ = 0;
 }
 
+// Room for `more` characters past the size: at least twice the old room, which keeps a long run
+// of appends linear.
+std::uint32_t CifCharBuffer::grown_capacity(std::size_t more) const
+{
+    const std::uint64_t needed = static_cast<std::uint64_t>(size_) + more;
+    if (needed > UINT32_MAX)
+        cif_value_list_too_long();
+    return static_cast<std::uint32_t>(std::min<std::uint64_t>(
+        UINT32_MAX, std::max<std::uint64_t>({needed, 2 * static_cast<std::uint64_t>(capacity_), 64})));
+}
+
 std::uint32_t CifCharBuffer::append_grown(std::string_view text)
 {
     const std::uint64_t needed = static_cast<std::uint64_t>(size_) + text.size();
-    if (needed > UINT32_MAX)
-        cif_value_list_too_long();
-    // Doubling keeps a long column's appends linear; the spare room goes once the loop is read.
-    const std::uint64_t capacity = std::min<std::uint64_t>(
-        UINT32_MAX, std::max<std::uint64_t>({needed, 2 * static_cast<std::uint64_t>(capacity_), 64}));
+    const std::uint64_t capacity = grown_capacity(text.size());
     char* grown = new char[capacity];
     // The text may lie in the old characters, which are freed only after it has been copied.
     if (size_ > 0)
@@ -117,21 +125,94 @@ void CifCharBuffer::swap(CifCharBuffer& other) noexcept
     std::swap(capacity_, other.capacity_);
 }
 
+// A copy always owns what it holds, whether or not the original lies in an arena.
 CifValueList::CifValueList(const CifValueList& other)
-    : chars_(other.chars_), index_(other.index_ ? std::make_unique<Index>(*other.index_) : nullptr),
-      garbage_(other.garbage_), form_(other.form_)
+    : chars_(other.chars_), index_(other.index_ ? new Index(*other.index_) : nullptr),
+      garbage_(other.garbage_), form_(other.form())
 {
 }
 
 CifValueList& CifValueList::operator=(const CifValueList& other)
 {
     if (this != &other) {
+        let_go();
         chars_ = other.chars_;
-        index_ = other.index_ ? std::make_unique<Index>(*other.index_) : nullptr;
+        index_ = other.index_ ? new Index(*other.index_) : nullptr;
         garbage_ = other.garbage_;
-        form_ = other.form_;
+        form_ = other.form();
     }
     return *this;
+}
+
+void CifValueList::let_go()
+{
+    if (is_placed()) {
+        chars_.forget();
+        if (index_) {
+            index_->lengths.forget();
+            index_->places.forget();
+            index_->longs.forget();
+            index_->~Index();
+        }
+    } else {
+        delete index_;
+    }
+    index_ = nullptr;
+    garbage_ = 0;
+    form_ = Empty;
+}
+
+void CifValueList::own()
+{
+    if (!is_placed())
+        return;
+    CifValueList copy(*this);
+    let_go();
+    chars_.swap(copy.chars_);
+    std::swap(index_, copy.index_);
+    garbage_ = copy.garbage_;
+    form_ = copy.form_;
+}
+
+namespace {
+// `to` refers to a copy in the arena of what `from` holds.
+template <class T> void place(CifArray<T>& to, const CifArray<T>& from, CifArena& arena)
+{
+    if (from.empty())
+        return;
+    T* at = static_cast<T*>(arena.allocate(from.size() * sizeof(T)));
+    std::memcpy(at, from.data(), from.size() * sizeof(T));
+    to.refer_to(at, from.size());
+}
+} // namespace
+
+void CifValueList::settle(CifArena& arena)
+{
+    if (is_placed() || form_ == Empty)
+        return;
+    if (form_ == Spanned)
+        compact();
+    bool moved = false;
+    if (chars_.size() > CifCharBuffer::local_capacity) {
+        char* at = static_cast<char*>(arena.allocate(chars_.size()));
+        std::memcpy(at, chars_.data(), chars_.size());
+        chars_.refer_to(at, chars_.size());
+        moved = true;
+    } else {
+        chars_.shrink_to_fit();
+    }
+    if (index_) {
+        Index* index = new (arena.allocate(sizeof(Index))) Index;
+        index->count = index_->count;
+        place(index->lengths, index_->lengths, arena);
+        place(index->places, index_->places, arena);
+        place(index->longs, index_->longs, arena);
+        delete index_;
+        index_ = index;
+        moved = true;
+    }
+    if (moved)
+        form_ |= placed;
 }
 
 namespace {
@@ -186,7 +267,8 @@ std::uint32_t CifValueList::append_chars(std::string_view text)
 void CifValueList::make_packed()
 {
     const std::size_t length = chars_.size();
-    index_ = std::make_unique<Index>();
+    delete index_;
+    index_ = new Index;
     index_->count = 1;
     index_->places.push_back(0);
     index_->lengths.reserve(16);
@@ -202,7 +284,8 @@ void CifValueList::make_spans()
         return;
     CifArray<std::uint32_t> spans;
     if (form_ == Single) {
-        index_ = std::make_unique<Index>();
+        delete index_;
+        index_ = new Index;
         spans.push_back(0);
         spans.push_back(chars_.size());
     } else {
@@ -238,6 +321,11 @@ void CifValueList::rebuild_places()
 
 void CifValueList::push_back_other(std::string_view text)
 {
+    if (is_placed()) {
+        own();
+        push_back(text);
+        return;
+    }
     if (form_ == Empty) {
         chars_.assign(text);
         garbage_ = 0;
@@ -256,6 +344,7 @@ void CifValueList::push_back_other(std::string_view text)
 
 void CifValueList::set(std::size_t row, std::string_view text)
 {
+    own();
     if (form_ == Single) {
         chars_.assign(text);
         return;
@@ -304,6 +393,7 @@ void CifValueList::resize(std::size_t count)
 {
     if (count == size())
         return;
+    own();
     if (count == 0) {
         clear();
         return;
@@ -341,6 +431,7 @@ void CifValueList::resize(std::size_t count)
 
 void CifValueList::erase(std::size_t row)
 {
+    own();
     if (form_ == Single) {
         clear();
         return;
@@ -380,14 +471,14 @@ void CifValueList::erase(std::size_t row)
 
 void CifValueList::clear()
 {
+    let_go();
     chars_.clear();
-    index_.reset();
-    garbage_ = 0;
-    form_ = Empty;
 }
 
 void CifValueList::shrink_to_fit()
 {
+    if (is_placed())
+        return;
     if (form_ == Spanned)
         compact();
     chars_.shrink_to_fit();
@@ -405,12 +496,12 @@ void CifValueList::compact()
         return;
     CifCharBuffer packed;
     packed.reserve(chars_.size() - garbage_);
-    auto index = std::make_unique<Index>();
+    Index* index = new Index;
     const CifArray<std::uint32_t>& spans = index_->places;
     const char* chars = chars_.data();
     const std::size_t count = spans.size() / 2;
     index->lengths.reserve(count);
-    index_.swap(index);
+    std::swap(index_, index);
     form_ = Packed;
     for (std::size_t row = 0; row < count; ++row) {
         const std::string_view text(chars + index->places[2 * row], index->places[2 * row + 1]);
@@ -423,6 +514,79 @@ void CifValueList::compact()
         packed.append(text);
     }
     index_->count = static_cast<std::uint32_t>(count);
+    delete index;
     chars_.swap(packed);
     garbage_ = 0;
+}
+
+void CifValueList::assign_column(CifArena* arena, const char* chars, const std::uint32_t* ends,
+                                 std::size_t first, std::size_t stride, std::size_t count)
+{
+    const auto value = [&](std::size_t row) {
+        const std::size_t i = first + row * stride;
+        const std::uint32_t begin = i == 0 ? 0 : ends[i - 1];
+        return std::string_view(chars + begin, ends[i] - begin);
+    };
+    clear();
+    if (!arena) {
+        for (std::size_t row = 0; row < count; ++row)
+            push_back(value(row));
+        shrink_to_fit();
+        return;
+    }
+    if (count == 1) {
+        push_back(value(0));
+        settle(*arena);
+        return;
+    }
+    std::size_t total = 0, longs = 0;
+    for (std::size_t row = 0; row < count; ++row) {
+        const std::size_t length = value(row).size();
+        total += length;
+        longs += length >= long_length;
+    }
+    if (total > UINT32_MAX || count > UINT32_MAX)
+        cif_value_list_too_long();
+
+    // Everything at its final size in the arena, then filled in one pass.
+    const std::size_t groups = (count + group - 1) / group;
+    // Each short value is copied as a block of 16 characters, which may reach 16 past the last.
+    char* text =
+        total > CifCharBuffer::local_capacity ? static_cast<char*>(arena->allocate(total + 16)) : nullptr;
+    auto* lengths = static_cast<std::uint8_t*>(arena->allocate(count));
+    auto* places = static_cast<std::uint32_t*>(arena->allocate(groups * sizeof(std::uint32_t)));
+    auto* long_values =
+        longs ? static_cast<std::uint32_t*>(arena->allocate(2 * longs * sizeof(std::uint32_t))) : nullptr;
+    // Few enough characters for the object itself, written first to a buffer with the room.
+    char small[2 * CifCharBuffer::local_capacity];
+    char* out = text ? text : small;
+    std::size_t offset = 0, next_long = 0;
+    for (std::size_t row = 0; row < count; ++row) {
+        const std::string_view v = value(row);
+        if (row % group == 0)
+            places[row / group] = static_cast<std::uint32_t>(offset);
+        lengths[row] = v.size() < long_length ? static_cast<std::uint8_t>(v.size()) : long_length;
+        if (v.size() >= long_length) {
+            long_values[next_long++] = static_cast<std::uint32_t>(row);
+            long_values[next_long++] = static_cast<std::uint32_t>(v.size());
+        }
+        if (v.size() <= 16)
+            std::memcpy(out + offset, v.data(), 16);
+        else
+            std::memcpy(out + offset, v.data(), v.size());
+        offset += v.size();
+    }
+    if (text)
+        chars_.refer_to(text, static_cast<std::uint32_t>(total));
+    else
+        chars_.assign(std::string_view(small, total));
+    // A placed list keeps nothing of its own outside the object.
+    chars_.shrink_to_fit();
+    index_ = new (arena->allocate(sizeof(Index))) Index;
+    index_->count = static_cast<std::uint32_t>(count);
+    index_->lengths.refer_to(lengths, count);
+    index_->places.refer_to(places, groups);
+    if (longs)
+        index_->longs.refer_to(long_values, 2 * longs);
+    form_ = Packed | placed;
 }

@@ -1,6 +1,8 @@
 #ifndef CIFWARD_CIFVALUELIST_H
 #define CIFWARD_CIFVALUELIST_H
 
+#include "CifArena.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -51,6 +53,28 @@ public:
     void reserve(std::uint32_t capacity);
     void shrink_to_fit();
     void swap(CifCharBuffer& other) noexcept;
+    // Room for `n` more characters at the end, to be written there and then counted by added().
+    char* room(std::uint32_t n)
+    {
+        if (n > capacity_ - size_)
+            reserve(grown_capacity(n));
+        return data() + size_;
+    }
+    void added(std::uint32_t n) { size_ += n; }
+    // Takes characters that live in memory owned elsewhere (an arena), more than fit in the
+    // object, in place of its own; they are never freed or grown here.
+    void refer_to(char* chars, std::uint32_t size)
+    {
+        release();
+        storage_.heap = chars;
+        size_ = capacity_ = size;
+    }
+    // Lets go of characters taken by refer_to, without freeing them.
+    void forget()
+    {
+        capacity_ = local_capacity;
+        size_ = 0;
+    }
 
 private:
     // Most values are a few characters long, for which a call to memmove costs more than the
@@ -80,6 +104,7 @@ private:
         }
     }
     bool on_heap() const { return capacity_ > local_capacity; }
+    std::uint32_t grown_capacity(std::size_t more) const;
     std::uint32_t append_grown(std::string_view text);
     void move_to(char* chars, std::uint32_t capacity);
     void release();
@@ -150,6 +175,26 @@ public:
         if (capacity_ > size_)
             reallocate(size_);
     }
+    // Room for `n` more numbers at the end, to be written there and then counted by added().
+    T* room(std::size_t n)
+    {
+        if (n > capacity_ - size_)
+            grow(std::size_t{size_} + n);
+        return data_ + size_;
+    }
+    void added(std::size_t n) { size_ += static_cast<std::uint32_t>(n); }
+    // As for CifCharBuffer: numbers in memory owned elsewhere, and letting go of them.
+    void refer_to(T* data, std::size_t size)
+    {
+        delete[] data_;
+        data_ = data;
+        size_ = capacity_ = static_cast<std::uint32_t>(size);
+    }
+    void forget()
+    {
+        data_ = nullptr;
+        size_ = capacity_ = 0;
+    }
 
 private:
     void grow(std::size_t needed)
@@ -181,33 +226,44 @@ private:
 // text. An edit that would break that order (a longer or shorter value in the middle) turns the
 // index into (offset, length) pairs, 8 bytes a value, with replaced text left as garbage until it
 // is compacted; compacting puts the values end to end again.
+//
+// Once read, a list can be placed in its document's arena (settle): its characters and index are
+// moved there at their exact sizes, and a later edit first takes a copy of its own.
 class CifValueList {
 public:
     CifValueList() = default;
     CifValueList(const CifValueList& other);
     CifValueList& operator=(const CifValueList& other);
-    ~CifValueList() = default;
+    ~CifValueList() { let_go(); }
 
     std::size_t size() const
     {
-        return form_ == Single    ? 1
-               : form_ == Packed  ? index_->count
-               : form_ == Spanned ? index_->places.size() / 2
-                                  : 0;
+        switch (form()) {
+        case Single:
+            return 1;
+        case Packed:
+            return index_->count;
+        case Spanned:
+            return index_->places.size() / 2;
+        default:
+            return 0;
+        }
     }
-    bool empty() const { return form_ == Empty; }
+    bool empty() const { return form() == Empty; }
     std::string_view at(std::size_t row) const
     {
         const char* chars = chars_.data();
-        if (form_ == Single)
+        const Form shape = form();
+        if (shape == Single)
             return std::string_view(chars, chars_.size());
-        if (form_ == Spanned)
+        if (shape == Spanned)
             return std::string_view(chars + index_->places[2 * row], index_->places[2 * row + 1]);
         return std::string_view(chars + packed_offset(row), packed_length(row));
     }
 
     void push_back(std::string_view text)
     {
+        // A placed list has its own form value, so this test sends it the slow way.
         if (form_ != Packed) {
             push_back_other(text);
             return;
@@ -228,9 +284,18 @@ public:
     void erase(std::size_t row);
     void clear();
     void shrink_to_fit();
+    // Moves what lies outside the object into the arena, at its exact size.
+    void settle(CifArena& arena);
+    // In place of what the list held: the values at first, first + stride, ... of values that lie
+    // end to end in `chars`, `ends` saying where each ends; `count` of them (at least one). Put
+    // straight into the arena at their exact sizes when there is one. `chars` must be readable
+    // 16 characters past the last value, which lets short values be copied in blocks.
+    void assign_column(CifArena* arena, const char* chars, const std::uint32_t* ends, std::size_t first,
+                       std::size_t stride, std::size_t count);
 
 private:
-    enum Form : std::uint8_t { Empty, Single, Packed, Spanned };
+    // The low bits: the form. The placed bit: the characters and index lie in an arena.
+    enum Form : std::uint8_t { Empty = 0, Single = 1, Packed = 2, Spanned = 3, placed = 4 };
     static constexpr std::uint32_t group = 32;
     static constexpr std::uint8_t long_length = 255;
 
@@ -243,6 +308,8 @@ private:
         CifArray<std::uint32_t> longs; // Packed: (row, length) of each long value, in row order
     };
 
+    Form form() const { return static_cast<Form>(form_ & 3); }
+    bool is_placed() const { return (form_ & placed) != 0; }
     std::size_t packed_length(std::size_t row) const
     {
         const std::uint8_t length = index_->lengths[row];
@@ -270,11 +337,15 @@ private:
     void make_spans();
     void compact();
     void rebuild_places();
+    // Before an edit of a placed list: copies of its own in place of what lies in the arena.
+    void own();
+    // Frees what is its own and forgets what lies in an arena, leaving the list empty.
+    void let_go();
 
     CifCharBuffer chars_;
-    std::unique_ptr<Index> index_;
+    Index* index_ = nullptr;
     std::uint32_t garbage_ = 0;
-    Form form_ = Empty;
+    std::uint8_t form_ = Empty;
 };
 
 #endif

@@ -13,7 +13,7 @@ namespace {
 
 // One edit, applied both to a value list and to a vector of strings that stands for it.
 struct Edit {
-    enum Kind { Push, Set, Resize, Erase, Clear, Shrink, Copy, PushOwn, SetOwn } kind;
+    enum Kind { Push, Set, Resize, Erase, Clear, Shrink, Copy, PushOwn, SetOwn, Settle } kind;
     std::size_t row = 0;
     std::string text;
     std::size_t from = 0; // PushOwn, SetOwn: the row whose own stored value is the text
@@ -21,13 +21,13 @@ struct Edit {
 
 std::string describe(const Edit& e)
 {
-    const char* names[] = {"push",   "set",  "resize",   "erase",  "clear",
-                           "shrink", "copy", "push_own", "set_own"};
+    const char* names[] = {"push",   "set",  "resize",   "erase",   "clear",
+                           "shrink", "copy", "push_own", "set_own", "settle"};
     return std::string(names[e.kind]) + " row " + std::to_string(e.row) + " from " + std::to_string(e.from) +
            " '" + e.text + "'";
 }
 
-void apply(const Edit& e, CifValueList& list, std::vector<std::string>& model)
+void apply(const Edit& e, CifValueList& list, std::vector<std::string>& model, CifArena& arena)
 {
     switch (e.kind) {
     case Edit::Push:
@@ -67,6 +67,9 @@ void apply(const Edit& e, CifValueList& list, std::vector<std::string>& model)
         model[e.row] = model[e.from];
         list.set(e.row, list.at(e.from));
         break;
+    case Edit::Settle: // what the reader does once a value is read; later edits must copy first
+        list.settle(arena);
+        break;
     }
 }
 
@@ -103,8 +106,10 @@ std::vector<Edit> seeded_edits(std::size_t count, bool long_values = false)
             e.kind = Edit::PushOwn;
         } else if (choice < 93) {
             e.kind = Edit::SetOwn;
-        } else if (choice < 97) {
+        } else if (choice < 95) {
             e.kind = Edit::Shrink;
+        } else if (choice < 97) {
+            e.kind = Edit::Settle;
         } else if (choice < 99) {
             e.kind = Edit::Copy;
         } else {
@@ -222,15 +227,35 @@ TEST(CifValueList, EditsKeepEveryValue)
         {"cleared and used again",
          {{Edit::Push, 0, "a"}, {Edit::Push, 0, "b"}, {Edit::Clear}, {Edit::Push, 0, "c"}}},
         {"garbage compacted", shortened_column()},
+        {"placed in an arena, then edited and copied",
+         {{Edit::Push, 0, s17},
+          {Edit::Settle},
+          {Edit::Set, 0, "a"},
+          {Edit::Push, 0, "b"},
+          {Edit::Push, 0, s17},
+          {Edit::Settle},
+          {Edit::Copy},
+          {Edit::Settle},
+          {Edit::PushOwn, 0, "", 2},
+          {Edit::Settle},
+          {Edit::SetOwn, 0, "", 3},
+          {Edit::Settle},
+          {Edit::Erase, 1},
+          {Edit::Settle},
+          {Edit::Resize, 5},
+          {Edit::Settle},
+          {Edit::Clear},
+          {Edit::Push, 0, "c"}}},
         {"seeded edits", seeded_edits(4000)},
         {"seeded edits with long values", seeded_edits(4000, true)},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
+        const CifArena::Ref arena = CifArena::create();
         CifValueList list;
         std::vector<std::string> model;
         for (std::size_t i = 0; i < c.edits.size(); ++i) {
-            apply(c.edits[i], list, model);
+            apply(c.edits[i], list, model, *arena.get());
             ASSERT_EQ(list.size(), model.size()) << "after edit " << i << ": " << describe(c.edits[i]);
             ASSERT_EQ(list.empty(), model.empty());
             for (std::size_t row = 0; row < model.size(); ++row)

@@ -7,13 +7,16 @@
 #include "CifMandatoryItems.h"
 #include "Logger.h"
 #include "QcbsApplication.h"
+#include "QcbsCifBoxView.h"
 #include "QcbsDictionaryLoader.h"
 #include "QcbsErrorListView.h"
+#include "QcbsFindDialog.h"
 #include "QcbsLineNumberView.h"
 #include "QcbsLineNumberedTextEdit.h"
 #include "QcbsMainWindowShared.h"
 #include "QcbsOutputPane.h"
 #include "QcbsPreferences.h"
+#include "QcbsReplaceDialog.h"
 #include "QcbsRichTextEdit.h"
 #include "QcbsSpecialCharDialog.h"
 #include "QcbsSyntaxHighlighter_CIF.h"
@@ -190,6 +193,9 @@ void QcbsMainWindow::buildActions()
     findAction_ = makeAction("find", "&Find...", "Find", {}, 'F');
     findPreviousAction_ = makeAction("find previous", "&Find previous", {}, "Find previous", {});
     findNextAction_ = makeAction("find next", "Find &next", {}, "Find next", {});
+    // The usual keys for searching again without the dialog.
+    findNextAction_->setShortcut(QKeySequence(Qt::Key_F3));
+    findPreviousAction_->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F3));
     replaceAction_ = makeAction("replace", "&Replace...", "Replace", {}, 'R');
     gotoLineAction_ = makeAction("go to line", "&Go to line...", "Go to line", {}, 'G');
 
@@ -299,8 +305,7 @@ void QcbsMainWindow::buildPanes()
     tabs_ = new QTabWidget;
     tabs_->setTabPosition(QTabWidget::South);
     editorPage_ = new QSplitter(Qt::Horizontal);
-    boxView_ = new QWidget(editorPage_);
-    boxView_->setObjectName(QStringLiteral("boxview"));
+    boxView_ = new QcbsCifBoxView(editorPage_);
     boxView_->setVisible(boxViewVisible_);
     numberedEditor_ = new QcbsLineNumberedTextEdit(editorPage_);
     editor_ = numberedEditor_->editor();
@@ -349,6 +354,14 @@ void QcbsMainWindow::buildPanes()
     connect(errorList_, &QcbsErrorListView::requestHighlightLine, editor_,
             qOverload<int, int, bool>(&QcbsRichTextEdit::setErrorHighlighting));
     connect(blockCombo_, qOverload<int>(&QComboBox::activated), this, &QcbsMainWindow::blockComboSelected);
+
+    connect(boxView_, qOverload<const QString&, int>(&QcbsCifBoxView::selectedDataItem), this,
+            qOverload<const QString&, int>(&QcbsMainWindow::editorJumpToItemHelper));
+    connect(boxView_, &QcbsCifBoxView::goToBlock, this, &QcbsMainWindow::editorJumpToBlockHelper);
+    connect(boxView_, &QcbsCifBoxView::datItemHelpRequest, this,
+            qOverload<const QString&>(&QcbsMainWindow::dataitemHelp));
+    connect(boxView_, &QcbsCifBoxView::dataItemSetRequest, this, &QcbsMainWindow::setDataItem);
+    connect(boxView_, &QcbsCifBoxView::insertTextRequest, this, &QcbsMainWindow::editorInsertTextHelper);
 }
 
 void QcbsMainWindow::connectEditor()
@@ -815,6 +828,10 @@ void QcbsMainWindow::closeEvent(QCloseEvent* event)
         return;
     if (shared().lastActive == this)
         shared().lastActive = nullptr;
+    for (QDialog* search :
+         std::initializer_list<QDialog*>{QcbsFindDialog::existing(), QcbsReplaceDialog::existing()})
+        if (search)
+            search->close();
     event->accept();
 }
 

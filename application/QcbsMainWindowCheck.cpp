@@ -1,6 +1,7 @@
 // Checking the text: the parse behind every check, the report of its findings, and the block
 // list that each check rebuilds.
 
+#include "QcbsCifBoxView.h"
 #include "QcbsErrorReport.h"
 #include "QcbsMainWindow.h"
 #include "QcbsPreferences.h"
@@ -32,6 +33,7 @@ HCif QcbsMainWindow::parse(const std::string& text, bool report)
     if (report)
         reportErrors(*cif);
     updateBlockCombo(cif.get());
+    boxView_->setCif(cif);
     return cif;
 }
 

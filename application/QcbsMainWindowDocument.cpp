@@ -1,6 +1,7 @@
 // The life of a document in a window: new, open and load, close, save with its backup copy,
 // the recent files and printing.
 
+#include "QcbsCifBoxView.h"
 #include "QcbsCifText.h"
 #include "QcbsCoreCifFileValidator.h"
 #include "QcbsErrorListView.h"
@@ -110,6 +111,7 @@ void QcbsMainWindow::fileNewUntitled()
     stamp_ = DiskStamp();
     compressed_ = compressionAgreed_ = false;
     setCaption(path);
+    boxView_->setCif(HCif());
     boxView_->setVisible(boxViewVisible_);
     updateBlockCombo(nullptr);
     enableTools(tabs_->currentWidget());

@@ -1,6 +1,8 @@
-// The editing routes: the Edit menu, the tools' entry points, and the roads by which a tool's
-// CIF text goes back into the editor over the lines it replaces.
+// The editing routes: the Edit menu, the wizards' entry points, and the roads by which a tool's
+// CIF text goes back into the editor over the lines it replaces. The CIF tools and the search
+// dialogs open from QcbsMainWindowTools.cpp.
 
+#include "QcbsCifBoxView.h"
 #include "QcbsMainWindow.h"
 #include "QcbsPreferences.h"
 #include "QcbsPrefsDialog.h"
@@ -97,79 +99,8 @@ void QcbsMainWindow::editPrefs()
     dialog.exec();
 }
 
-void QcbsMainWindow::combine()
-{
-    if (preferences().templateFilename.isEmpty()) {
-        ask(QMessageBox::Critical, QStringLiteral("Error"),
-            QStringLiteral("No template file set in preferences"));
-        return;
-    }
-    if (!QFile(preferences().templateFilename).open(QIODevice::ReadOnly)) {
-        ask(QMessageBox::Critical, QStringLiteral("Error"),
-            QStringLiteral("Could not open template file \"") + preferences().templateFilename +
-                QLatin1Char('"'));
-        return;
-    }
-    showNotAvailable();
-}
-
-void QcbsMainWindow::dataitemHelp()
-{
-    dataitemHelp(editor_->currentDataItem());
-}
-
-void QcbsMainWindow::dataitemHelp(const QString& name)
-{
-    if (name.isEmpty()) {
-        ask(QMessageBox::Information, QStringLiteral("Data item help"),
-            QStringLiteral("No help available. Be sure to place cursor on a line containing a data item."));
-        return;
-    }
-    showNotAvailable();
-}
-
-void QcbsMainWindow::toggleBoxView()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::publicationWizard()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::crystalWizard()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::loopEd()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::loopNew()
-{
-    showNotAvailable();
-}
 void QcbsMainWindow::wizardEd()
 {
-}
-void QcbsMainWindow::editFind()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::editFindNext()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::editFindPrevious()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::editReplace()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::editGotoLine()
-{
-    showNotAvailable();
 }
 void QcbsMainWindow::hg()
 {
@@ -238,9 +169,16 @@ int QcbsMainWindow::loopStartLine(int paragraph) const
 // that follows a value; comments and blank lines at its end stay outside.
 int QcbsMainWindow::loopEndLine(int start) const
 {
-    QTextBlock block = editor_->document()->findBlockByNumber(start).next();
+    QTextBlock block = editor_->document()->findBlockByNumber(start);
     int last = start;
+    // Names, and even values, may follow "loop_" on its own line.
     bool inNames = true;
+    for (const QString& word : block.text().simplified().split(QLatin1Char(' ')).mid(1))
+        if (word.startsWith(QLatin1Char('#')))
+            break;
+        else if (!word.startsWith(QLatin1Char('_')))
+            inNames = false;
+    block = block.next();
     bool inText = false;
     for (; block.isValid(); block = block.next()) {
         const QString line = block.text();
@@ -295,7 +233,12 @@ void QcbsMainWindow::blockUpdate(const QString& text)
         blockAdd(text);
         return;
     }
-    replaceLines(start, blockEndLine(start), text);
+    // Comments and blank lines after the block's last item stay: a tool's text leaves out the
+    // comment that closes the file, which would otherwise end up inside it.
+    int end = blockEndLine(start);
+    while (end > start && isQuietLine(editor_->document()->findBlockByNumber(end).text()))
+        --end;
+    replaceLines(start, end, text);
     if (!editor_->parsed())
         reparse();
 }
@@ -307,8 +250,68 @@ void QcbsMainWindow::blockAdd(const QString& text)
         reparse();
 }
 
+// The whole pair as the writer wrote it (the value dialog's text) replaces the item's name and
+// value lines, or joins the end of its block when the block lacks the item.
+bool QcbsMainWindow::replaceDataItemPair(const QString& blockName, const QString& item, const QString& pair)
+{
+    if (!document_)
+        return false;
+    const auto found = document_->find_block(blockName.toStdString());
+    if (found == document_->end() || (*found)->line() < 1)
+        return false;
+    QTextDocument* doc = editor_->document();
+    const HCifDataItem known = (*found)->item(item.toStdString());
+    QString text = pair;
+    if (!text.endsWith(QLatin1Char('\n')))
+        text += QLatin1Char('\n');
+    if (!known) {
+        const int start = (*found)->line() - 1;
+        int last = start;
+        for (int line = start + 1; line <= blockEndLine(start); ++line)
+            if (!isQuietLine(doc->findBlockByNumber(line).text()))
+                last = line;
+        QTextCursor cursor(doc->findBlockByNumber(last));
+        cursor.movePosition(QTextCursor::EndOfBlock);
+        cursor.insertText(QLatin1Char('\n') + text.chopped(1));
+        editor_->setTextCursor(QTextCursor(doc->findBlockByNumber(last + 1)));
+        reparse();
+        return true;
+    }
+    if (known->line() < 1)
+        return false;
+    const QTextBlock nameLine = doc->findBlockByNumber(known->line() - 1);
+    const QString words = nameLine.text().simplified();
+    if (words.section(QLatin1Char(' '), 0, 0).compare(item, Qt::CaseInsensitive) != 0)
+        return false;
+    // The value stands after the name on its line, or on the next line that is not blank or a
+    // comment, where a text field runs on to its closing ';'.
+    int last = nameLine.blockNumber();
+    const QString rest = words.section(QLatin1Char(' '), 1);
+    if (rest.isEmpty() || rest.startsWith(QLatin1Char('#'))) {
+        QTextBlock value = nameLine.next();
+        while (value.isValid() && isQuietLine(value.text()))
+            value = value.next();
+        if (value.isValid() && value.text().startsWith(QLatin1Char(';'))) {
+            for (QTextBlock end = value.next(); end.isValid(); end = end.next())
+                if (end.text().startsWith(QLatin1Char(';'))) {
+                    value = end;
+                    break;
+                }
+        }
+        if (value.isValid())
+            last = value.blockNumber();
+    }
+    replaceLines(nameLine.blockNumber(), last, text);
+    reparse();
+    return true;
+}
+
 void QcbsMainWindow::dataItemUpdate(const QString& blockName, const QString& item, const QString& value)
 {
+    const bool wholePair = value.startsWith(item, Qt::CaseInsensitive) &&
+                           (value.size() == item.size() || value.at(item.size()).isSpace());
+    if (wholePair && replaceDataItemPair(blockName, item, value))
+        return;
     QTextDocument* doc = editor_->document();
     QTextBlock block = doc->begin();
     if (!blockName.isEmpty()) {
@@ -352,6 +355,7 @@ void QcbsMainWindow::editorJumpToBlockHelper(const QString& block)
     if (found == document_->end() || (*found)->line() < 1)
         return;
     editor_->gotoLine((*found)->line(), QString());
+    boxView_->showBlock(block);
 }
 
 void QcbsMainWindow::editorJumpToItemHelper(const QString& item)
@@ -359,13 +363,13 @@ void QcbsMainWindow::editorJumpToItemHelper(const QString& item)
     editorJumpToItemHelper(item, -1);
 }
 
+// `line`, when known, is where the search starts: the line of the item's block, since a name can
+// stand in several blocks.
 void QcbsMainWindow::editorJumpToItemHelper(const QString& item, int line)
 {
-    if (line > 0) {
-        editor_->gotoLine(line, item);
-        return;
-    }
-    for (QTextBlock block = editor_->document()->begin(); block.isValid(); block = block.next())
+    QTextDocument* doc = editor_->document();
+    const QTextBlock start = line > 0 ? doc->findBlockByNumber(line - 1) : doc->begin();
+    for (QTextBlock block = start; block.isValid(); block = block.next())
         if (block.text().simplified().section(QLatin1Char(' '), 0, 0).compare(item, Qt::CaseInsensitive) ==
             0) {
             editor_->gotoLine(block.blockNumber() + 1, item);

@@ -3,6 +3,7 @@
 #include "Cif.h"
 #include "CifConcreteDictionary.h"
 #include "CifInputFile.h"
+#include "CifSharedDictionary.h"
 #include "JsonWriter.h"
 #include "ProgramInfo.h"
 #include "ProgressLine.h"
@@ -320,9 +321,11 @@ void BatchChecker::check_all(const std::vector<std::string>& paths, const Checki
         return;
     }
 
-    // Workers take files in order and leave each result in its slot; this thread lets the
-    // results out in order. A worker stays at most `window` files ahead of the output, which
-    // bounds the memory that waiting reports take.
+    // Workers take files in order and leave each result in its slot. Whichever worker finds the
+    // next result due lets out every result that is ready in order, one worker at a time, so
+    // that no thread sleeps waiting for a particular file (a wake-up is a system call, and one
+    // per file was a good part of a run's overhead). A worker stays at most `window` files ahead
+    // of the output, which bounds the memory that waiting reports take.
     const std::size_t window = 4 * static_cast<std::size_t>(jobs);
     struct Slot {
         bool ready = false;
@@ -330,54 +333,55 @@ void BatchChecker::check_all(const std::vector<std::string>& paths, const Checki
     };
     std::vector<Slot> waiting(window);
     std::mutex mutex;
-    std::condition_variable work_wanted, result_ready;
-    std::size_t next = 0, taken_out = 0;
-    bool stop = false;
+    std::condition_variable work_wanted;
+    std::size_t next = 0, taken_out = 0, idle_workers = 0;
+    bool stop = false, letting_out = false;
 
-    // The first worker checks with the dictionaries already loaded; no other thread touches
-    // them until it has ended. Each other worker loads its own.
-    auto work = [&](bool first) {
-        const Checking own = first ? checking : load_dictionaries(false);
+    // The dictionaries are loaded once and read by every worker, each through a handle of its
+    // own, so that the workers' documents never move a count that another thread moves.
+    auto work = [&] {
+        Checking own;
+        own.dictionary = HCifDictionary(new CifSharedDictionary(*checking.dictionary));
+        own.with_dictionaries = checking.with_dictionaries;
         for (;;) {
             std::size_t index;
             {
                 std::unique_lock<std::mutex> lock(mutex);
-                work_wanted.wait(lock, [&] { return stop || next >= count || next < taken_out + window; });
+                while (!stop && next < count && next >= taken_out + window) {
+                    ++idle_workers;
+                    work_wanted.wait(lock);
+                    --idle_workers;
+                }
                 if (stop || next >= count)
                     return;
                 index = next++;
             }
             FileResult result = check_file(own, index, nullptr);
-            {
-                const std::lock_guard<std::mutex> lock(mutex);
-                waiting[index % window].result = std::move(result);
-                waiting[index % window].ready = true;
+            std::unique_lock<std::mutex> lock(mutex);
+            waiting[index % window].result = std::move(result);
+            waiting[index % window].ready = true;
+            if (letting_out)
+                continue; // the worker letting out finds this one when its turn comes
+            letting_out = true;
+            while (!stop && taken_out < count && waiting[taken_out % window].ready) {
+                Slot& slot = waiting[taken_out % window];
+                const FileResult due = std::move(slot.result);
+                slot.ready = false;
+                ++taken_out;
+                lock.unlock();
+                const bool written = put_out(due);
+                lock.lock();
+                if (!written)
+                    stop = true;
+                if (idle_workers > 0)
+                    work_wanted.notify_all();
             }
-            result_ready.notify_all();
+            letting_out = false;
         }
     };
     std::vector<std::thread> workers;
     for (unsigned j = 0; j < jobs; ++j)
-        workers.emplace_back(work, j == 0);
-
-    for (std::size_t i = 0; i < count; ++i) {
-        FileResult result;
-        {
-            std::unique_lock<std::mutex> lock(mutex);
-            Slot& slot = waiting[i % window];
-            result_ready.wait(lock, [&] { return slot.ready; });
-            result = std::move(slot.result);
-            slot.ready = false;
-            taken_out = i + 1;
-        }
-        work_wanted.notify_all();
-        if (!put_out(result)) {
-            const std::lock_guard<std::mutex> lock(mutex);
-            stop = true;
-            break;
-        }
-    }
-    work_wanted.notify_all();
+        workers.emplace_back(work);
     for (std::thread& worker : workers)
         worker.join();
 }

@@ -36,8 +36,8 @@ public:
     static std::string program_directory(const char* argv0);
 
 private:
-    // What checking a file needs; each thread that checks has its own, since the engine's
-    // handles are counted without locks.
+    // What checking a file needs; each thread that checks holds its own handle to the
+    // dictionaries, since the engine's handles are counted without locks.
     struct Checking {
         HCifDictionary dictionary;
         bool with_dictionaries = false;

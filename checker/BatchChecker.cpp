@@ -71,7 +71,7 @@ std::string BatchChecker::program_directory(const char* argv0)
     return self.parent_path().string();
 }
 
-BatchChecker::Checking BatchChecker::load_dictionaries(bool report)
+BatchChecker::Checking BatchChecker::load_dictionaries()
 {
     Checking checking;
     if (!options_.use_dictionaries) {
@@ -82,25 +82,23 @@ BatchChecker::Checking BatchChecker::load_dictionaries(bool report)
     if (!options_.dictionary_directories.empty()) {
         QStringList directories;
         for (const std::string& directory : options_.dictionary_directories) {
-            if (report && !fs::is_directory(directory))
+            if (!fs::is_directory(directory))
                 err_ << "cifward-check: no dictionary directory '" << directory << "'\n";
             directories << QString::fromStdString(directory);
         }
         loader.setSearchDirectories(directories);
     }
     HCifDictionaryPool pool = loader.load(QString::fromStdString(program_directory_));
-    if (report) {
-        for (const QcbsDictionaryLoader::Rejected& rejected : loader.rejected()) {
-            err_ << "cifward-check: dictionary rejected: " << rejected.path.toStdString() << '\n';
-            for (const CifError& finding : rejected.findings)
-                err_ << "  " << finding.text() << '\n';
-        }
-        for (const QcbsDictionaryLoader::Loaded& loaded : loader.loaded()) {
-            const CifDictionaryHeader& header = loaded.dictionary->header();
-            dictionary_lines_.push_back((header.name.empty() ? std::string("(unnamed)") : header.name) + ' ' +
-                                        (header.version.empty() ? std::string("-") : header.version) + ' ' +
-                                        loaded.path.toStdString());
-        }
+    for (const QcbsDictionaryLoader::Rejected& rejected : loader.rejected()) {
+        err_ << "cifward-check: dictionary rejected: " << rejected.path.toStdString() << '\n';
+        for (const CifError& finding : rejected.findings)
+            err_ << "  " << finding.text() << '\n';
+    }
+    for (const QcbsDictionaryLoader::Loaded& loaded : loader.loaded()) {
+        const CifDictionaryHeader& header = loaded.dictionary->header();
+        dictionary_lines_.push_back((header.name.empty() ? std::string("(unnamed)") : header.name) + ' ' +
+                                    (header.version.empty() ? std::string("-") : header.version) + ' ' +
+                                    loaded.path.toStdString());
     }
     checking.dictionary = pool;
     checking.with_dictionaries = pool->size() > 0;
@@ -109,7 +107,7 @@ BatchChecker::Checking BatchChecker::load_dictionaries(bool report)
 
 int BatchChecker::list_dictionaries()
 {
-    load_dictionaries(true);
+    load_dictionaries();
     for (const std::string& line : dictionary_lines_)
         out_ << line << '\n';
     if (dictionary_lines_.empty())
@@ -469,7 +467,7 @@ int BatchChecker::run()
             return status_;
         }
     }
-    const Checking checking = load_dictionaries(true);
+    const Checking checking = load_dictionaries();
     if (options_.use_dictionaries && !checking.with_dictionaries)
         err_ << "cifward-check: no dictionary loaded; checking the syntax only\n";
 

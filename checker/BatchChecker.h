@@ -50,9 +50,8 @@ private:
     };
 
     std::vector<std::string> gather_paths();
-    // Loads the dictionaries the options ask for; with `report`, also tells what was loaded and
-    // rejected.
-    Checking load_dictionaries(bool report);
+    // Loads the dictionaries the options ask for, and tells what was loaded and rejected.
+    Checking load_dictionaries();
     int list_dictionaries();
     FileResult check_file(const Checking& checking, std::size_t index, std::unique_ptr<Cif>* keep);
     void report_text(std::string& report, const std::string& name, const Cif& cif) const;

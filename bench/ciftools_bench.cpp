@@ -6,11 +6,11 @@
 //
 // Arguments: the benchmark's own. The files come from the shared corpus beside the repository.
 
+#include "BenchSupport.h"
 #include "IsolatedSettings.h"
 #include "QcbsAppState.h"
 #include "QcbsCifBoxItem.h"
 #include "QcbsCifBoxView.h"
-#include "QcbsDictionaryLoader.h"
 #include "QcbsLineNumberedTextEdit.h"
 #include "QcbsLoopTable.h"
 #include "QcbsLoopTableEditorImpl.h"
@@ -22,7 +22,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QFile>
 #include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -36,34 +35,12 @@ const QString corpus = QStringLiteral(CIFWARD_SHARED_DIR "/corpus/");
 const QString bigFile = corpus + QStringLiteral("iucr-ciftest/real/4hir.cif");
 const QString smallFile = corpus + QStringLiteral("cod/2001253-not-numeric-limits.cif");
 
-QString readText(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
-}
-
-HCifDictionaryPool& dictionary()
-{
-    static HCifDictionaryPool pool = [] {
-        QcbsDictionaryLoader loader;
-        loader.setSearchDirectories({QStringLiteral(CIFWARD_SHARED_DIR "/dict")});
-        return loader.load(QString());
-    }();
-    return pool;
-}
-
 HCif check(const QString& text)
 {
     HCif cif(new Cif(dictionary()));
     std::istringstream in(text.toStdString());
     cif->read(in);
     return cif;
-}
-
-void paint(QWidget* widget)
-{
-    widget->repaint();
-    QCoreApplication::processEvents();
 }
 
 // The first data name of the loop with the most values in the file's first block.

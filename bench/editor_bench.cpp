@@ -7,47 +7,21 @@
 // Arguments: the benchmark's own, then BENCH_EDITOR_FILES in the environment: the CIFs to load,
 // separated by ':' (default the corpus's 4hir.cif).
 
+#include "BenchSupport.h"
 #include "IsolatedSettings.h"
 #include "QcbsAppState.h"
-#include "QcbsDictionaryLoader.h"
 #include "QcbsLineNumberedTextEdit.h"
 #include "QcbsMainWindow.h"
 #include "QcbsRichTextEdit.h"
 #include "QcbsSyntaxHighlighter_CIF.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QTextBlock>
 #include <benchmark/benchmark.h>
 
 namespace {
-
-QString readText(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QString::fromLatin1(file.readAll());
-}
-
-HCifDictionaryPool& dictionary()
-{
-    static HCifDictionaryPool pool = [] {
-        QcbsDictionaryLoader loader;
-        loader.setSearchDirectories({QStringLiteral(CIFWARD_SHARED_DIR "/dict")});
-        return loader.load(QString());
-    }();
-    return pool;
-}
-
-// Shows the widget's first screen: the load is done when the user sees the text.
-void paint(QWidget* widget)
-{
-    widget->repaint();
-    QCoreApplication::processEvents();
-}
 
 // The editor as the program shows it: on screen, with line numbers and the core dictionary.
 void prepare(QcbsLineNumberedTextEdit& edit)

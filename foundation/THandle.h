@@ -1,6 +1,7 @@
 #ifndef CIFWARD_THANDLE_H
 #define CIFWARD_THANDLE_H
 
+#include <cassert>
 #include <cstdint>
 #include <stdexcept>
 #include <utility>
@@ -120,6 +121,9 @@ public:
     TWeakHandle() = default;
     template <class U> TWeakHandle(const THandle<U>& h) : object_(h.object_), counts_(h.counts_)
     {
+        // The last strong handle to an arena's object gives its counts back with it, whatever the
+        // weak count: a weak handle would be left holding memory the arena hands out again.
+        assert(!counts_ || !counts_->give_back);
         acquire();
     }
     TWeakHandle(const TWeakHandle& other) : object_(other.object_), counts_(other.counts_) { acquire(); }

@@ -1,6 +1,7 @@
 #include "BatchChecker.h"
 #include "Cif.h"
 #include "CifConcreteDictionary.h"
+#include "CifTestSupport.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -335,13 +336,11 @@ namespace {
 // Every CIF of the shared corpus, in a fixed order; empty when the corpus is absent.
 std::vector<std::string> corpus_files()
 {
-    std::vector<std::string> files;
     const fs::path corpus = fs::path(CIFWARD_SHARED_DIR) / "corpus";
-    std::error_code ec;
-    for (fs::recursive_directory_iterator it(corpus, ec), end; !ec && it != end; it.increment(ec))
-        if (it->path().extension() == ".cif")
-            files.push_back(it->path().string());
-    std::sort(files.begin(), files.end());
+    std::vector<std::string> files;
+    if (fs::is_directory(corpus))
+        for (const std::string& name : cif_files_under(corpus))
+            files.push_back((corpus / name).string());
     return files;
 }
 

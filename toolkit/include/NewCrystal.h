@@ -105,5 +105,8 @@ public:
 
 private:
     friend class NewCrystalMemento;
+    // Marks the snapshot chain for rebuilding from `link` on, and this crystal changed.
+    void changed_from(int link);
+
     std::unique_ptr<NewCrystalPrivate> d_;
 };

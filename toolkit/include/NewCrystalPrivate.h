@@ -34,6 +34,8 @@ public:
         double strength;
         HContactCriterion criterion;
     };
+    // The links of the snapshot chain, in the order each is built from the one before.
+    enum Link { MakerLink = 0, PackingLink = 1, SlicingLink = 2, CurrentLink = 3 };
     // A placement by the molecule and where it lies, whatever map made it.
     using PlacementKey = std::tuple<int, long long, long long, long long>;
 

@@ -1,5 +1,7 @@
 #include "IntersectionSolid.h"
 
+#include "BoundsOverlap.h"
+
 #include <algorithm>
 #include <ostream>
 
@@ -18,18 +20,8 @@ bool IntersectionSolid::contains(const Vector3D& point) const
 
 bool IntersectionSolid::bounds(Vector3D& min, Vector3D& max) const
 {
-    bool bounded = false;
-    for (const HSolid& s : solids_) {
-        Vector3D lo, hi;
-        if (!s->bounds(lo, hi))
-            continue;
-        for (int k = 0; k < 3; ++k) {
-            min[k] = bounded ? std::max(min[k], lo[k]) : lo[k];
-            max[k] = bounded ? std::min(max[k], hi[k]) : hi[k];
-        }
-        bounded = true;
-    }
-    return bounded;
+    return overlap_of_bounds(
+        solids_, [](const Solid& s, Vector3D& lo, Vector3D& hi) { return s.bounds(lo, hi); }, min, max);
 }
 
 void IntersectionSolid::print(std::ostream& out) const

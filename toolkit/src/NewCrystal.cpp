@@ -11,12 +11,6 @@
 #include <algorithm>
 #include <ostream>
 
-namespace {
-
-enum Link { MakerLink = 0, PackingLink = 1, SlicingLink = 2, CurrentLink = 3 };
-
-} // namespace
-
 NewCrystal::NewCrystal() : d_(new NewCrystalPrivate(HCrystalMaker()))
 {
     logDebug(3, "Entered NewCrystal::NewCrystal() - %08X", log_address(this));
@@ -67,8 +61,7 @@ void NewCrystal::set_packing(bool packing)
     if (packing == d_->packing)
         return;
     d_->packing = packing;
-    d_->invalidate_from(PackingLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::PackingLink);
 }
 
 const Box& NewCrystal::packing_box() const
@@ -79,15 +72,13 @@ const Box& NewCrystal::packing_box() const
 void NewCrystal::set_packing_box(const Box& box)
 {
     d_->box = box;
-    d_->invalidate_from(PackingLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::PackingLink);
 }
 
 void NewCrystal::set_packing_condition(const HSymmetryInclusionCondition& condition)
 {
     d_->packing_condition = condition;
-    d_->invalidate_from(PackingLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::PackingLink);
 }
 
 bool NewCrystal::sliced() const
@@ -100,8 +91,7 @@ void NewCrystal::set_slicing(bool slicing)
     if (slicing == d_->slicing)
         return;
     d_->slicing = slicing;
-    d_->invalidate_from(SlicingLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::SlicingLink);
 }
 
 const Plane& NewCrystal::slicing_plane() const
@@ -112,8 +102,7 @@ const Plane& NewCrystal::slicing_plane() const
 void NewCrystal::set_slicing_plane(const Plane& plane)
 {
     d_->plane = plane;
-    d_->invalidate_from(SlicingLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::SlicingLink);
 }
 
 double NewCrystal::slicing_thickness() const
@@ -124,8 +113,7 @@ double NewCrystal::slicing_thickness() const
 void NewCrystal::set_slicing_thickness(double thickness)
 {
     d_->thickness = thickness;
-    d_->invalidate_from(SlicingLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::SlicingLink);
 }
 
 double NewCrystal::slicing_displacement() const
@@ -136,15 +124,13 @@ double NewCrystal::slicing_displacement() const
 void NewCrystal::set_slicing_displacement(double displacement)
 {
     d_->displacement = displacement;
-    d_->invalidate_from(SlicingLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::SlicingLink);
 }
 
 void NewCrystal::set_slicing_condition(const HSymmetryInclusionCondition& condition)
 {
     d_->slicing_condition = condition;
-    d_->invalidate_from(SlicingLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::SlicingLink);
 }
 
 const std::vector<HContactCriterion>& NewCrystal::criteria() const
@@ -168,8 +154,7 @@ void NewCrystal::remove_criterion(const HContactCriterion& criterion)
                                   [&](const HMolecularContact& c) { return c->criterion == criterion; }),
                    contacts.end());
     d_->base_contacts_valid = false;
-    d_->invalidate_from(CurrentLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::CurrentLink);
 }
 
 void NewCrystal::set_criteria(const std::vector<HContactCriterion>& criteria)
@@ -177,8 +162,7 @@ void NewCrystal::set_criteria(const std::vector<HContactCriterion>& criteria)
     d_->criteria = criteria;
     d_->contacts.clear();
     d_->base_contacts_valid = false;
-    d_->invalidate_from(CurrentLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::CurrentLink);
 }
 
 void NewCrystal::update_contact_criterion(const HContactCriterion& old_criterion,
@@ -196,8 +180,7 @@ void NewCrystal::update_contact_criterion(const HContactCriterion& old_criterion
         if (c->criterion == old_criterion)
             c->criterion = new_criterion;
     d_->base_contacts_valid = false;
-    d_->invalidate_from(CurrentLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::CurrentLink);
 }
 
 void NewCrystal::find_contacts()
@@ -262,8 +245,7 @@ bool NewCrystal::is_hanging(int contact) const
 void NewCrystal::delete_contact(int contact)
 {
     d_->contacts.erase(d_->contacts.begin() + contact);
-    d_->invalidate_from(CurrentLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::CurrentLink);
 }
 
 void NewCrystal::delete_hanging_contacts()
@@ -274,8 +256,7 @@ void NewCrystal::delete_hanging_contacts()
     if (end == contacts.end())
         return;
     contacts.erase(end, contacts.end());
-    d_->invalidate_from(CurrentLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::CurrentLink);
 }
 
 void NewCrystal::reset_contacts()
@@ -284,8 +265,7 @@ void NewCrystal::reset_contacts()
     d_->expansions.clear();
     d_->joined.clear();
     d_->polymer_groups.clear();
-    d_->invalidate_from(CurrentLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::CurrentLink);
 }
 
 void NewCrystal::expand_contact(int contact)
@@ -322,8 +302,7 @@ void NewCrystal::delete_molecule(const HMolecule& molecule)
         } else {
             d_->deleted.insert(d_->key_of(p.map));
         }
-        d_->invalidate_from(CurrentLink);
-        set_changed();
+        changed_from(NewCrystalPrivate::CurrentLink);
         return;
     }
     logDebug(1, "NewCrystal::delete_molecule - did not delete molecule at %08X from crystal at %08X",
@@ -434,14 +413,13 @@ void NewCrystal::set_bond_type(const HBond& bond, BondType type)
         throw molecule_error("NewCrystal::set_bond_type(HBond, BondType): bond is not related to any of the "
                              "bonds in this crystal");
     base->set_type(type);
-    d_->invalidate_from(MakerLink);
-    set_changed();
+    changed_from(NewCrystalPrivate::MakerLink);
 }
 
 void NewCrystal::rebuild_snapshot()
 {
     logDebug(3, "NewCrystal::rebuild_snapshot");
-    d_->invalidate_from(MakerLink);
+    d_->invalidate_from(NewCrystalPrivate::MakerLink);
     d_->current();
 }
 
@@ -450,7 +428,7 @@ void NewCrystal::rebuild_contacts()
     logDebug(3, "NewCrystal::rebuild_contacts");
     d_->base_contacts_valid = false;
     d_->calculate_base_contacts();
-    d_->invalidate_from(CurrentLink);
+    d_->invalidate_from(NewCrystalPrivate::CurrentLink);
 }
 
 void NewCrystal::validate() const
@@ -469,6 +447,12 @@ void NewCrystal::read(Archive& archive)
     NewCrystalMemento memento;
     memento.read(archive);
     memento.restore(*this);
+    set_changed();
+}
+
+void NewCrystal::changed_from(int link)
+{
+    d_->invalidate_from(link);
     set_changed();
 }
 

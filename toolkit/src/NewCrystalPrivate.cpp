@@ -23,8 +23,6 @@
 
 namespace {
 
-enum Link { MakerLink = 0, PackingLink = 1, SlicingLink = 2, CurrentLink = 3 };
-
 // A packing or an expansion that would make more atoms than this is refused rather than left to
 // exhaust the machine.
 constexpr double most_atoms = 5e6;

@@ -1,5 +1,7 @@
 #include "TransformedSolidComposite.h"
 
+#include "BoundsOverlap.h"
+
 #include <algorithm>
 
 bool TransformedSolidComposite::contains(const Cell& cell, const Vector3D& fractional) const
@@ -10,16 +12,10 @@ bool TransformedSolidComposite::contains(const Cell& cell, const Vector3D& fract
 
 bool TransformedSolidComposite::fractional_bounds(const Cell& cell, Vector3D& min, Vector3D& max) const
 {
-    bool bounded = false;
-    for (const HTransformedSolid& p : parts_) {
-        Vector3D lo, hi;
-        if (!p->fractional_bounds(cell, lo, hi))
-            continue;
-        for (int k = 0; k < 3; ++k) {
-            min[k] = bounded ? std::max(min[k], lo[k]) : lo[k];
-            max[k] = bounded ? std::min(max[k], hi[k]) : hi[k];
-        }
-        bounded = true;
-    }
-    return bounded;
+    return overlap_of_bounds(
+        parts_,
+        [&cell](const TransformedSolid& p, Vector3D& lo, Vector3D& hi) {
+            return p.fractional_bounds(cell, lo, hi);
+        },
+        min, max);
 }

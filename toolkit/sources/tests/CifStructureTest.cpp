@@ -3,6 +3,7 @@
 #include "CifFile.h"
 #include "CifFileFormat.h"
 #include "CifMolecule.h"
+#include "CifTestSupport.h"
 #include "CombinedCriterion.h"
 #include "HBondCriterion.h"
 #include "MoleculeError.h"
@@ -475,10 +476,8 @@ TEST(CifStructure, CorpusBuildsAndAgreesWithGemmi)
     if (!fs::exists(corpus))
         GTEST_SKIP() << "no corpus at " << corpus;
     std::vector<std::string> files;
-    for (const auto& entry : fs::recursive_directory_iterator(corpus))
-        if (entry.path().extension() == ".cif")
-            files.push_back(entry.path().string());
-    std::sort(files.begin(), files.end());
+    for (const std::string& name : cif_files_under(corpus))
+        files.push_back(corpus + "/" + name);
     int built = 0, refused = 0;
     std::map<std::pair<std::string, std::string>, int> ours;
     for (const std::string& path : files) {

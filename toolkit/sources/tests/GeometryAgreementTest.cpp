@@ -3,11 +3,13 @@
 #include "CifConcreteDictionary.h"
 #include "Measurement.h"
 #include "MoleculeError.h"
+#include "Plane.h"
 #include "UncertainValue.h"
 
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
@@ -108,6 +110,16 @@ void compare_loop(const CifDataBlock& block, const Cell& cell, const Cell& round
     }
 }
 
+std::string failure_text(const std::function<void()>& f)
+{
+    try {
+        f();
+    } catch (const std::exception& e) {
+        return e.what();
+    }
+    return "no failure";
+}
+
 } // namespace
 
 // Every distance, angle and torsion that the corpus files list in their geometry loops, worked
@@ -189,4 +201,76 @@ TEST(GeometryAgreement, CorpusGeometryLoops)
         EXPECT_EQ(a->outside, known) << a->last_outside;
         EXPECT_GT(a->uncertainty_close, 0.9 * a->with_uncertainty);
     }
+}
+
+// Mean planes through real rings, which are flat to a few hundredths of an ångström, and through
+// points laid on a known plane: the fit is through the centroid, its heights are small, and no
+// tilt of its normal makes the sum of squared heights smaller.
+TEST(GeometryAgreement, MeanPlanes)
+{
+    struct Case {
+        const char* what;
+        std::vector<Vector3D> points;
+        double largest_height;
+    };
+    std::vector<Case> cases = {
+        {"points on 2z = x + 2, rotated about z", {}, 1e-12},
+        {"2006998 phenyl ring C1'..C6'", {}, 0.02},
+        {"2006998 benzo ring C5..C10", {}, 0.02},
+    };
+    for (double t : {0.0, 1.0, 2.5, 4.0, 5.5})
+        cases[0].points.emplace_back(std::cos(t) * (t - 1), std::sin(t) * (t - 1),
+                                     0.5 * std::cos(t) * (t - 1) + 1);
+
+    const std::string path = std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif";
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        GTEST_SKIP() << "no corpus file " << path;
+    Cif cif{HCifDictionary(new CifConcreteDictionary)};
+    cif.read(in);
+    const CifDataBlock& block = cif.block(0);
+    const Cell cell = CifCell::cell(block);
+    const HCifDataItem label = block.item("_atom_site_label");
+    auto position = [&](const std::string& name) {
+        for (std::size_t row = 0; row < label->value_count(); ++row)
+            if (label->value(row) == name) {
+                Vector3D frac;
+                for (int k = 0; k < 3; ++k)
+                    frac[k] = UncertainValue::parse(
+                                  block.item(std::string("_atom_site_fract_") + "xyz"[k])->value(row))
+                                  ->value;
+                return cell.orthogonal(frac);
+            }
+        ADD_FAILURE() << "no atom " << name;
+        return Vector3D();
+    };
+    for (const char* name : {"C1'", "C2'", "C3'", "C4'", "C5'", "C6'"})
+        cases[1].points.push_back(position(name));
+    for (const char* name : {"C5", "C6", "C7", "C8", "C9", "C10"})
+        cases[2].points.push_back(position(name));
+
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const Plane plane = Plane::fit(c.points);
+        Vector3D centre;
+        double squares = 0, largest = 0;
+        for (const Vector3D& p : c.points) {
+            centre += p / static_cast<double>(c.points.size());
+            squares += plane.height(p) * plane.height(p);
+            largest = std::max(largest, std::fabs(plane.height(p)));
+        }
+        EXPECT_NEAR(plane.height(centre), 0.0, 1e-9);
+        EXPECT_LE(largest, c.largest_height);
+        for (const Vector3D& tilt : {Vector3D(0.01, 0, 0), Vector3D(0, 0.01, 0), Vector3D(0, 0, 0.01)}) {
+            const Vector3D n = (plane.normal + tilt).normalized();
+            double tilted = 0;
+            for (const Vector3D& p : c.points)
+                tilted += (n.dot(p - centre)) * (n.dot(p - centre));
+            EXPECT_GE(tilted, squares - 1e-12);
+        }
+    }
+    EXPECT_EQ(failure_text([] {
+                  Plane::fit({{0, 0, 0}, {1, 0, 0}});
+              }),
+              "A mean plane needs at least three points");
 }

@@ -73,6 +73,7 @@ void CifDataBlock::add_loop(const HCifLoop& loop)
     if (!loop || loop->empty())
         throw CifErrorException(CifError(316, "CifDataBlock::adding null loop", -1));
     std::vector<HCifDataItem> columns;
+    columns.reserve(loop->names().size());
     for (const std::string& name : loop->names()) {
         HCifDataItem column = item(name);
         if (!column)

@@ -78,6 +78,15 @@ void CifNameIndex::erase(const HCifDataItem& item)
     }
 }
 
+void CifNameIndex::clear()
+{
+    if (count_ == 0)
+        return;
+    for (HCifDataItem& slot : slots_)
+        slot = HCifDataItem();
+    count_ = 0;
+}
+
 void CifNameIndex::grow()
 {
     std::vector<HCifDataItem> old(slots_.empty() ? 16 : 2 * slots_.size());

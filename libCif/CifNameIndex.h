@@ -17,6 +17,8 @@ public:
     void insert(const HCifDataItem& item);
     void erase(const HCifDataItem& item);
     std::size_t size() const { return count_; }
+    // Empties the index and keeps its room.
+    void clear();
 
     // Equal for names that differ only in case.
     static std::size_t hash(std::string_view name);

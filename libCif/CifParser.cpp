@@ -267,10 +267,13 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
     // One entry a column of the header; null where the values are read but not kept: a name
     // repeated in this header, or one that another loop of the block holds, whose values there
     // stay as they are (as the first value of a repeated single item does).
-    std::vector<HCifDataItem> columns;
+    std::vector<HCifDataItem>& columns = loop_columns_;
+    columns.clear();
     std::vector<std::string> names; // the columns that are kept, for the new loop
+    names.reserve(16);
     HCifDataItem first_item;
-    CifNameIndex in_header;
+    CifNameIndex& in_header = loop_header_;
+    in_header.clear();
     while (token.kind == CifName) {
         HCifDataItem item = block_->add_item(token.text);
         if (!first_item)

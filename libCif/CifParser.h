@@ -2,6 +2,7 @@
 #define CIFWARD_CIFPARSER_H
 
 #include "Cif.h"
+#include "CifNameIndex.h"
 #include "CifTokeniser.h"
 #include "CifValueList.h"
 
@@ -60,6 +61,10 @@ private:
     CifCharBuffer loop_chars_;
     CifArray<std::uint32_t> loop_ends_;
     std::vector<std::size_t> unchecked_run_;
+    // A loop header's columns and names, kept from loop to loop so that a file of many loops
+    // does not allocate them afresh for each.
+    std::vector<HCifDataItem> loop_columns_;
+    CifNameIndex loop_header_;
 };
 
 #endif

@@ -3,6 +3,7 @@
 #include "Vector3D.h"
 
 #include <iosfwd>
+#include <vector>
 
 class Archive;
 
@@ -18,6 +19,11 @@ public:
     Plane() = default;
     // The normal is made a unit vector (a zero normal fails); v1 and v2 are chosen in the plane.
     Plane(const Vector3D& normal, double distance);
+
+    // The mean plane of the points: the one that makes the sum of their squared heights
+    // smallest, through their centroid. Fails with "A mean plane needs at least three points"
+    // for fewer; points on one line give one of the planes that hold it.
+    static Plane fit(const std::vector<Vector3D>& points);
 
     // Signed distance of a point from the plane.
     double height(const Vector3D& point) const { return normal.dot(point) - distance; }

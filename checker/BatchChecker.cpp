@@ -5,6 +5,7 @@
 #include "CifInputFile.h"
 #include "CifSharedDictionary.h"
 #include "JsonWriter.h"
+#include "Logger.h"
 #include "ProgramInfo.h"
 #include "ProgressLine.h"
 #include "QcbsDictionaryLoader.h"
@@ -490,6 +491,12 @@ int BatchChecker::run()
     if (show_progress_ && paths_.size() > 1)
         progress_ = std::make_unique<ProgressLine>(err_, report_, paths_.size());
 
+    // The toolkit logs the warnings of a structure it builds; the report holds them, once. The
+    // log is silenced for the whole run rather than around each file: the stream is shared by
+    // every thread, and workers taking it in turns would restore each other's settings.
+    FILE* const toolkit_warnings = warningStream();
+    if (options_.structure)
+        setWarningStream(nullptr);
     if (!options_.output.empty() && paths_.size() == 1) {
         std::unique_ptr<Cif> cif;
         const FileResult result = check_file(checking, 0, &cif);
@@ -498,6 +505,7 @@ int BatchChecker::run()
     } else {
         check_all(paths_, checking);
     }
+    setWarningStream(toolkit_warnings);
     progress_.reset();
 
     if (report_failed_)

@@ -6,7 +6,6 @@
 #include "CifDataItem.h"
 #include "CifMolecule.h"
 #include "JsonWriter.h"
-#include "Logger.h"
 #include "MoleculeError.h"
 
 #include <cmath>
@@ -217,13 +216,9 @@ StructureReport::Block StructureReport::analyse(const CifDataBlock& block)
 
 std::vector<StructureReport::Block> StructureReport::analyse(const Cif& cif)
 {
-    // The toolkit logs its warnings; here they belong to the report, and are written there once.
-    FILE* const warnings = warningStream();
-    setWarningStream(nullptr);
     std::vector<Block> out;
     for (const HCifDataBlock& block : cif)
         out.push_back(analyse(*block));
-    setWarningStream(warnings);
     return out;
 }
 

@@ -1,126 +1,53 @@
+// The window itself: its construction, actions, menus and toolbars, panes, the tools enabled by
+// state, the status bar and caption, help, and the events it handles. The document's life, the
+// checks and the editing routes live in the QcbsMainWindow*.cpp files beside this one.
+
 #include "QcbsMainWindow.h"
 
 #include "CifMandatoryItems.h"
 #include "Logger.h"
-#include "ProgramInfo.h"
 #include "QcbsApplication.h"
-#include "QcbsCifText.h"
-#include "QcbsCoreCifFileValidator.h"
+#include "QcbsCifBoxView.h"
 #include "QcbsDictionaryLoader.h"
-#include "QcbsDictionarySettings.h"
 #include "QcbsErrorListView.h"
-#include "QcbsErrorReport.h"
+#include "QcbsFindDialog.h"
 #include "QcbsLineNumberView.h"
 #include "QcbsLineNumberedTextEdit.h"
+#include "QcbsMainWindowShared.h"
 #include "QcbsOutputPane.h"
 #include "QcbsPreferences.h"
-#include "QcbsPrefsDialog.h"
+#include "QcbsReplaceDialog.h"
 #include "QcbsRichTextEdit.h"
 #include "QcbsSpecialCharDialog.h"
 #include "QcbsSyntaxHighlighter_CIF.h"
 
 #include <QAbstractButton>
-#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDir>
 #include <QDragEnterEvent>
-#include <QFile>
 #include <QFileDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressBar>
-#include <QRegularExpression>
-#include <QSaveFile>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QStringEncoder>
 #include <QStyle>
 #include <QTabWidget>
-#include <QTextBlock>
-#include <QTextDocument>
 #include <QToolBar>
 #include <QUrl>
-#include <sstream>
-#include <unistd.h>
+
+using namespace mainwindow;
 
 namespace {
 
 const QString fileFilter = QStringLiteral("CIF (*.cif);;All Files (*)");
-const QString emptyRecent = QStringLiteral("(empty)");
-const QString noBlocks = QStringLiteral("Blocks:  none");
-// A block of this name, when a file names it so itself, is not counted as one of the file's.
-const char* const hiddenBlockName = "data_added_by_ciphward";
-
-struct RecentEntry {
-    int id;
-    QString path;
-};
-
-// The recent-files menu is one for the whole process, as the preferences are.
-struct SharedState {
-    QList<RecentEntry> recent;
-    int nextRecentId = 1;
-    QPointer<QMenu> recentMenu;
-    int windowCount = 0;
-    int untitledCounter = 1;
-    QPointer<QcbsMainWindow> lastActive;
-};
-
-SharedState& shared()
-{
-    static SharedState state;
-    return state;
-}
-
-void rebuildRecentMenu()
-{
-    QMenu* menu = shared().recentMenu;
-    if (!menu)
-        return;
-    menu->clear();
-    for (const RecentEntry& entry : shared().recent)
-        menu->addAction(entry.path)->setData(entry.id);
-}
-
-QString programText()
-{
-    return QString::fromStdString(programName());
-}
-
-bool isBlockLine(const QString& line)
-{
-    return line.startsWith(QLatin1String("data_"), Qt::CaseInsensitive);
-}
-
-// Block names ignore case, and a comment may follow the name on its header line.
-bool namesBlock(const QString& line, const QString& name)
-{
-    return line.simplified().section(QLatin1Char(' '), 0, 0).compare(name, Qt::CaseInsensitive) == 0;
-}
-
-bool isNameLine(const QString& line)
-{
-    return line.trimmed().startsWith(QLatin1Char('_'));
-}
-
-bool isLoopKeyword(const QString& line)
-{
-    return line.trimmed().startsWith(QLatin1String("loop_"), Qt::CaseInsensitive);
-}
-
-bool isQuietLine(const QString& line)
-{
-    const QString trimmed = line.trimmed();
-    return trimmed.isEmpty() || trimmed.startsWith(QLatin1Char('#'));
-}
 
 } // namespace
 
@@ -266,6 +193,9 @@ void QcbsMainWindow::buildActions()
     findAction_ = makeAction("find", "&Find...", "Find", {}, 'F');
     findPreviousAction_ = makeAction("find previous", "&Find previous", {}, "Find previous", {});
     findNextAction_ = makeAction("find next", "Find &next", {}, "Find next", {});
+    // The usual keys for searching again without the dialog.
+    findNextAction_->setShortcut(QKeySequence(Qt::Key_F3));
+    findPreviousAction_->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F3));
     replaceAction_ = makeAction("replace", "&Replace...", "Replace", {}, 'R');
     gotoLineAction_ = makeAction("go to line", "&Go to line...", "Go to line", {}, 'G');
 
@@ -375,8 +305,7 @@ void QcbsMainWindow::buildPanes()
     tabs_ = new QTabWidget;
     tabs_->setTabPosition(QTabWidget::South);
     editorPage_ = new QSplitter(Qt::Horizontal);
-    boxView_ = new QWidget(editorPage_);
-    boxView_->setObjectName(QStringLiteral("boxview"));
+    boxView_ = new QcbsCifBoxView(editorPage_);
     boxView_->setVisible(boxViewVisible_);
     numberedEditor_ = new QcbsLineNumberedTextEdit(editorPage_);
     editor_ = numberedEditor_->editor();
@@ -425,6 +354,14 @@ void QcbsMainWindow::buildPanes()
     connect(errorList_, &QcbsErrorListView::requestHighlightLine, editor_,
             qOverload<int, int, bool>(&QcbsRichTextEdit::setErrorHighlighting));
     connect(blockCombo_, qOverload<int>(&QComboBox::activated), this, &QcbsMainWindow::blockComboSelected);
+
+    connect(boxView_, qOverload<const QString&, int>(&QcbsCifBoxView::selectedDataItem), this,
+            qOverload<const QString&, int>(&QcbsMainWindow::editorJumpToItemHelper));
+    connect(boxView_, &QcbsCifBoxView::goToBlock, this, &QcbsMainWindow::editorJumpToBlockHelper);
+    connect(boxView_, &QcbsCifBoxView::datItemHelpRequest, this,
+            qOverload<const QString&>(&QcbsMainWindow::dataitemHelp));
+    connect(boxView_, &QcbsCifBoxView::dataItemSetRequest, this, &QcbsMainWindow::setDataItem);
+    connect(boxView_, &QcbsCifBoxView::insertTextRequest, this, &QcbsMainWindow::editorInsertTextHelper);
 }
 
 void QcbsMainWindow::connectEditor()
@@ -499,838 +436,6 @@ QcbsMainWindow* QcbsMainWindow::createWindow()
 void QcbsMainWindow::showNotAvailable()
 {
     ask(QMessageBox::Warning, programText(), QStringLiteral("Feature not available in this version"));
-}
-
-// --- the document -------------------------------------------------------------------------------
-
-QString QcbsMainWindow::fileName() const
-{
-    return fileName_;
-}
-
-HCif QcbsMainWindow::document() const
-{
-    return document_;
-}
-
-bool QcbsMainWindow::isReusable() const
-{
-    return preferences().reuseWindow ||
-           (editor_ && !editor_->document()->isModified() && editor_->document()->isEmpty());
-}
-
-void QcbsMainWindow::fileNew()
-{
-    fileNew(isReusable());
-}
-
-void QcbsMainWindow::fileNew(bool reuse)
-{
-    if (!reuse && documentOpen_) {
-        newWindow();
-        return;
-    }
-    if (reuse && documentOpen_ && !fileClose())
-        return;
-    errorList_->clear();
-    if (!preferences().startWithTemplate) {
-        fileNewUntitled();
-        return;
-    }
-    if (loadFile(preferences().templateFilename, false, false)) {
-        enableParseTools(true);
-        editor_->setParsed(false);
-        writeToOutputPane(QStringLiteral("(Note, template files are not automatically parsed for errors)"));
-    } else {
-        fileNewUntitled();
-        statusBarMessage(QStringLiteral("Could not open template file"));
-    }
-}
-
-void QcbsMainWindow::fileNewUntitled()
-{
-    const int counter = shared().untitledCounter++;
-    const QString number = QString::number(counter);
-    writeToOutputPane(QStringLiteral("<br>Starting new file \"untitled") + number + QStringLiteral(".cif\""));
-    const QString path = untitledPrefix() + number + QStringLiteral(".cif");
-    editor_->setText(QString());
-    editor_->setParsed(false);
-    fileName_ = path;
-    document_ = HCif();
-    documentOpen_ = true;
-    stamp_ = DiskStamp();
-    setCaption(path);
-    boxView_->setVisible(boxViewVisible_);
-    updateBlockCombo(nullptr);
-    enableTools(tabs_->currentWidget());
-    enableParseTools(false);
-    statusLineNumber();
-}
-
-void QcbsMainWindow::newWindow()
-{
-    saveSettings();
-    QcbsMainWindow* window = createWindow();
-    window->fileNew(true);
-    window->show();
-}
-
-void QcbsMainWindow::fileOpen()
-{
-    const QString path = chooseOpenFile();
-    if (path.isEmpty())
-        return;
-    if (isReusable()) {
-        if (documentOpen_ && !fileClose())
-            return;
-        loadFile(path, true, true);
-    } else {
-        openInNewWindow(path, true);
-    }
-}
-
-bool QcbsMainWindow::fileOpen(const QString& path)
-{
-    return fileOpen(path, true);
-}
-
-bool QcbsMainWindow::fileOpen(const QString& path, bool showMessages)
-{
-    if (path.isEmpty())
-        return true;
-    QFile probe(path);
-    if (!probe.open(QIODevice::ReadOnly))
-        return false;
-    probe.close();
-    if (!isReusable())
-        return openInNewWindow(path, showMessages);
-    if (documentOpen_ && !fileClose())
-        return false;
-    return loadFile(path, true, showMessages);
-}
-
-bool QcbsMainWindow::openInNewWindow(const QString& path, bool showMessages)
-{
-    if (documentOpen_ && QFileInfo(path) == QFileInfo(fileName_)) {
-        if (showMessages)
-            ask(QMessageBox::Information, programText(),
-                QStringLiteral("The file \"") + path + QStringLiteral("\" is already open."));
-        return false;
-    }
-    saveSettings();
-    QcbsMainWindow* window = createWindow();
-    window->show();
-    if (window->loadFile(path, true, showMessages))
-        return true;
-    window->close();
-    return false;
-}
-
-bool QcbsMainWindow::loadFile(const QString& path, bool report, bool showMessages)
-{
-    if (documentOpen_ && QFileInfo(path) == QFileInfo(fileName_)) {
-        ask(QMessageBox::Information, programText(), QStringLiteral("That file is already open."));
-        return false;
-    }
-    QFile file(path);
-    if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) {
-        if (showMessages)
-            ask(QMessageBox::Critical, QStringLiteral("Error"),
-                QStringLiteral("Could not open file \"") + path + QLatin1Char('"'));
-        return false;
-    }
-    writeToOutputPane(QStringLiteral("Reading CIF \"") + path + QLatin1Char('"'));
-    const QString name = QFileInfo(path).fileName();
-    QcbsCoreCifFileValidator validator;
-    if (validator.validate(QFile::encodeName(path).toStdString()) == 0) {
-        writeToOutputPane(QStringLiteral("Warning: \"") + name +
-                          QStringLiteral("\" does not appear to be a valid CIF."));
-        if (showMessages)
-            ask(QMessageBox::Warning, QStringLiteral("Warning"),
-                QStringLiteral("File \"") + name + QStringLiteral("\" does not appear to be a valid CIF."),
-                QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok, QStringLiteral("Continue"));
-    }
-
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    editor_->setUpdatesEnabled(false);
-    statusBarMessage(QStringLiteral("Reading...  "));
-    int lines = 0;
-    const QString text = editorLines(decodeCifText(file.readAll(), &latin1_), lines);
-    file.close();
-    editor_->setText(text);
-    editor_->moveCursor(QTextCursor::Start);
-    editor_->setUpdatesEnabled(true);
-    editor_->document()->setModified(false);
-    documentOpen_ = true;
-    enableTools(tabs_->currentWidget());
-    initialiseEditorSettings();
-    setCaption(path);
-    writeToOutputPane(QStringLiteral("Read ") + QString::number(lines) +
-                      (lines == 1 ? QStringLiteral(" line.") : QStringLiteral(" lines.")));
-    progress_->reset();
-
-    fileName_ = path;
-    stamp_ = stampOf(path);
-    addRecentFile(path);
-
-    statusBarMessage(QStringLiteral("Parsing CIF...  "));
-    document_ = parseFile(path, report);
-    editor_->setParsed(true);
-    enableTools(tabs_->currentWidget());
-    numberedEditor_->lineNumberView()->setNumberOfLines(editor_->document()->blockCount());
-    QApplication::restoreOverrideCursor();
-    statusBarMessage(QStringLiteral("Ready"));
-    statusLineNumber();
-    return true;
-}
-
-HCif QcbsMainWindow::parse(const std::string& text, bool report)
-{
-    HCif cif(new Cif(state_->activeDictionaries()));
-    std::istringstream stream(text);
-    cif->read(stream, static_cast<unsigned>(state_->lineLengthLimit));
-    if (preferences().checkMandatoryItems &&
-        !(state_->mandatoryCrystalItems.empty() && state_->mandatoryPublicationItems.empty()))
-        cif->check_mandatory(state_->mandatoryPublicationItems, state_->mandatoryCrystalItems);
-    if (report)
-        reportErrors(*cif);
-    updateBlockCombo(cif.get());
-    return cif;
-}
-
-HCif QcbsMainWindow::parseFile(const QString& path, bool report)
-{
-    Q_UNUSED(path);
-    // The editor holds the file's lines as read, so parsing them is parsing the file.
-    return parse(editor_->toPlainText().toStdString(), report);
-}
-
-HCif QcbsMainWindow::parseText(const QString& text, bool report)
-{
-    HCif cif = parse(text.toStdString(), report);
-    editor_->setParsed(true);
-    enableTools(tabs_->currentWidget());
-    return cif;
-}
-
-void QcbsMainWindow::reportErrors(const Cif& cif)
-{
-    QcbsErrorReport(errorList_, outputPane_, editor_).report(cif, preferences().maxConsecError);
-    // A finding's line is only trusted while the text keeps the line count it was checked with.
-    editor_->setLinesAtCheck(editor_->document()->blockCount());
-}
-
-void QcbsMainWindow::reparse()
-{
-    if (fileName_.isEmpty())
-        return;
-    statusBarMessage(QStringLiteral("Parsing CIF..."));
-    const QString text = editor_->toPlainText();
-    if (text.isEmpty())
-        return;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    writeToOutputPane(QStringLiteral("<p> </p>"));
-    writeToOutputPane(QStringLiteral("Checking CIF ..."));
-    document_ = parseText(text, true);
-    QApplication::restoreOverrideCursor();
-    statusBarMessage(QStringLiteral("Ready"));
-}
-
-bool QcbsMainWindow::fileClose()
-{
-    if (!editor_)
-        return false;
-    if (editor_->document()->isModified()) {
-        const int answer =
-            ask(QMessageBox::Warning, programText(), QStringLiteral("Save changes to current file?"),
-                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Cancel,
-                QMessageBox::Cancel);
-        if (answer == QMessageBox::Cancel)
-            return false;
-        if (answer == QMessageBox::Yes)
-            fileSave();
-        else
-            editor_->document()->setModified(false);
-    }
-    if (editor_->document()->isModified() || !tabs_->currentWidget())
-        return false;
-    saveSettings();
-    fileName_.clear();
-    document_ = HCif();
-    documentOpen_ = false;
-    stamp_ = DiskStamp();
-    editor_->setText(QString());
-    editor_->document()->setModified(false);
-    updateBlockCombo(nullptr);
-    setCaption(QString());
-    return true;
-}
-
-void QcbsMainWindow::fileCloseRequested()
-{
-    int windows = 0;
-    for (QWidget* widget : QApplication::topLevelWidgets())
-        if (qobject_cast<QcbsMainWindow*>(widget) && widget->isVisible())
-            ++windows;
-    if (windows > 1) {
-        close();
-        return;
-    }
-    if (editor_->document()->isModified() || !editor_->document()->isEmpty())
-        fileNew(true);
-}
-
-void QcbsMainWindow::fileExit()
-{
-    QApplication::closeAllWindows();
-}
-
-// --- saving -------------------------------------------------------------------------------------
-
-QcbsMainWindow::DiskStamp QcbsMainWindow::stampOf(const QString& path) const
-{
-    const QFileInfo info(path);
-    if (!info.exists())
-        return {};
-    return {info.lastModified(), info.size()};
-}
-
-bool QcbsMainWindow::changedOnDisk(const QString& path) const
-{
-    if (stamp_.size < 0)
-        return false;
-    const DiskStamp now = stampOf(path);
-    return now.size != stamp_.size || now.modified != stamp_.modified;
-}
-
-bool QcbsMainWindow::writeDocument(const QString& path)
-{
-    static const QRegularExpression oneTrailingSpace(QStringLiteral("\\s$"));
-    QString text;
-    text.reserve(editor_->document()->characterCount() * 2);
-    for (QTextBlock block = editor_->document()->begin(); block.isValid(); block = block.next()) {
-        if (block != editor_->document()->begin())
-            text += QStringLiteral("\r\n");
-        QString line = block.text();
-        line.remove(oneTrailingSpace);
-        text += line;
-    }
-    const QByteArray bytes = latin1_ ? text.toLatin1() : text.toUtf8();
-
-    // The new text goes to a file beside the old one and replaces it only when complete, so a
-    // full disk or a killed process never leaves the user's file half written.
-    QSaveFile out(path);
-    if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.flush()) {
-        out.cancelWriting();
-        return false;
-    }
-    if (state_->saveBackupFile && QFileInfo::exists(path)) {
-        const QFileInfo info(path);
-        const int dot = path.lastIndexOf(QLatin1Char('.'));
-        const bool dotInName = dot > path.lastIndexOf(QLatin1Char('/'));
-        const QString backup = dotInName ? path.left(dot) + QStringLiteral("_backup") + path.mid(dot)
-                                         : path + QStringLiteral("_backup");
-        QFile::remove(backup);
-        // A second name for the old contents survives the rename below untouched.
-        const bool kept =
-            ::link(QFile::encodeName(path).constData(), QFile::encodeName(backup).constData()) == 0 ||
-            QFile::copy(path, backup);
-        if (!kept)
-            ask(QMessageBox::Warning, QStringLiteral("Error"),
-                QStringLiteral("Could not write backup copy of this file:\n") + backup);
-    }
-    return out.commit();
-}
-
-bool QcbsMainWindow::fileSave()
-{
-    if (!editor_)
-        return false;
-    if (fileName_.isEmpty() || !QFileInfo::exists(fileName_))
-        return fileSaveAs();
-    if (changedOnDisk(fileName_)) {
-        const int answer =
-            ask(QMessageBox::Warning, programText(),
-                QStringLiteral("The file \"") + QFileInfo(fileName_).fileName() +
-                    QStringLiteral("\" has changed on disk since it was opened. Overwrite it?"),
-                QMessageBox::Yes | QMessageBox::No, QMessageBox::No, QMessageBox::No);
-        if (answer != QMessageBox::Yes) {
-            statusBarMessage(QStringLiteral("Not saved: the file changed on disk"));
-            return false;
-        }
-    }
-    if (!writeDocument(fileName_)) {
-        ask(QMessageBox::Critical, QStringLiteral("Error"),
-            QStringLiteral(
-                "Could not write to this file. Check file permissions, or use 'Save As' to make a copy"));
-        return false;
-    }
-    stamp_ = stampOf(fileName_);
-    editor_->document()->setModified(false);
-    statusLineNumber();
-    return true;
-}
-
-bool QcbsMainWindow::fileSaveAs()
-{
-    if (!editor_)
-        return false;
-    const bool untitled = fileName_.isEmpty() || fileName_.startsWith(untitledPrefix());
-    QString path = untitled ? QStringLiteral("new.cif") : fileName_;
-    for (;;) {
-        path = chooseSaveFile(path);
-        if (path.isEmpty())
-            return false;
-        if (!QFileInfo::exists(path))
-            break;
-        const int answer = ask(QMessageBox::Warning, programText(),
-                               path + QStringLiteral(" already exists\nDo you want to replace it?"),
-                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No, QMessageBox::No);
-        if (answer == QMessageBox::Yes)
-            break;
-    }
-    const bool existed = QFileInfo::exists(path);
-    {
-        QFile probe(path);
-        if (!probe.open(QIODevice::Append)) {
-            ask(QMessageBox::Critical, QStringLiteral("Error"),
-                QStringLiteral("Could not write to this file (check permissions)"));
-            return false;
-        }
-    }
-    const QString previous = fileName_;
-    const DiskStamp previousStamp = stamp_;
-    fileName_ = path;
-    // Choosing the name is the user's consent to replace whatever is there now.
-    stamp_ = stampOf(path);
-    if (!fileSave()) {
-        if (!existed)
-            QFile::remove(path);
-        fileName_ = previous;
-        stamp_ = previousStamp;
-        return false;
-    }
-    setCaption(path);
-    addRecentFile(path);
-    return true;
-}
-
-// --- recent files -------------------------------------------------------------------------------
-
-void QcbsMainWindow::addRecentFile(const QString& path)
-{
-    QList<RecentEntry>& recent = shared().recent;
-    recent.erase(std::remove_if(recent.begin(), recent.end(), [](const RecentEntry& e) { return e.id == 0; }),
-                 recent.end());
-    for (const RecentEntry& entry : recent)
-        if (entry.path == path) {
-            rebuildRecentMenu();
-            return;
-        }
-    const int oldest = shared().nextRecentId - QcbsPreferences::maxRecentFiles;
-    if (oldest > 0)
-        recent.erase(std::remove_if(recent.begin(), recent.end(),
-                                    [oldest](const RecentEntry& e) { return e.id == oldest; }),
-                     recent.end());
-    recent.append({shared().nextRecentId++, path});
-    rebuildRecentMenu();
-}
-
-void QcbsMainWindow::fileLoadRecent(int id)
-{
-    if (shared().lastActive != this)
-        return;
-    if (QApplication::activeWindow() && QApplication::activeWindow() != this)
-        return;
-    QString path;
-    for (const RecentEntry& entry : shared().recent)
-        if (entry.id == id && id != 0)
-            path = entry.path;
-    if (path.isEmpty())
-        return;
-    if (!QFileInfo::exists(path)) {
-        ask(QMessageBox::Warning, QStringLiteral("Error"),
-            QStringLiteral("The file \"") + path + QStringLiteral("\" no longer exists."));
-        return;
-    }
-    const bool same = documentOpen_ && QFileInfo(path) == QFileInfo(fileName_);
-    if (isReusable()) {
-        if (same) {
-            ask(QMessageBox::Information, programText(), QStringLiteral("That file is already open."));
-            return;
-        }
-        if (documentOpen_ && !fileClose())
-            return;
-        loadFile(path, true, true);
-    } else if (same) {
-        openInNewWindow(path, true);
-    }
-}
-
-void QcbsMainWindow::saveSettings()
-{
-    QcbsPreferences& prefs = preferences();
-    prefs.recentFiles = recentFiles();
-    if (isVisible() && !isMaximized()) {
-        prefs.windowWidth = width();
-        prefs.windowHeight = height();
-    }
-    prefs.write();
-}
-
-// --- printing -----------------------------------------------------------------------------------
-
-void QcbsMainWindow::filePrint()
-{
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setFullPage(true);
-    if (!setUpPrinter(printer))
-        return;
-    if (!printTo(printer))
-        statusBarMessage(QStringLiteral("Printing failed"));
-}
-
-bool QcbsMainWindow::printTo(QPrinter& printer)
-{
-    printer.setFullPage(true);
-    QPainter painter;
-    if (!painter.begin(&printer))
-        return false;
-    const int dpi = printer.logicalDpiY();
-    const int margin = dpi * 72 / 72;
-    const QRect page(0, 0, printer.width(), printer.height());
-    QFont font = editor_->font();
-    QTextDocument layout;
-    layout.documentLayout()->setPaintDevice(&printer);
-    layout.setDefaultFont(font);
-    layout.setPlainText(editor_->toPlainText());
-    const QFontMetrics footerMetrics(font, &printer);
-    const QRect body(margin, margin, page.width() - 2 * margin, page.height() - 2 * margin);
-    layout.setTextWidth(body.width());
-    layout.setPageSize(body.size());
-
-    const QString left = QStringLiteral("Cifward:  ") + QFileInfo(fileName_).fileName();
-    const QString stamp = QLocale().toString(QDateTime::currentDateTime(), QLocale::ShortFormat);
-    const int pages = qMax(1, layout.pageCount());
-    for (int n = 0; n < pages; ++n) {
-        if (n > 0)
-            printer.newPage();
-        painter.save();
-        painter.translate(body.left(), body.top() - n * body.height());
-        const QRectF visible(0, n * body.height(), body.width(), body.height());
-        painter.setClipRect(visible);
-        layout.drawContents(&painter, visible);
-        painter.restore();
-        painter.setFont(font);
-        const int baseline = body.bottom() + footerMetrics.height() + footerMetrics.ascent();
-        painter.drawText(body.left(), baseline, left);
-        const QString right = stamp + QStringLiteral("  Page ") + QString::number(n + 1);
-        painter.drawText(body.right() - footerMetrics.horizontalAdvance(right), baseline, right);
-    }
-    return painter.end();
-}
-
-// --- edit routes ----------------------------------------------------------------------------------
-
-void QcbsMainWindow::editUndo()
-{
-    editor_->undo();
-}
-void QcbsMainWindow::editRedo()
-{
-    editor_->redo();
-}
-void QcbsMainWindow::editCopy()
-{
-    editor_->copy();
-}
-void QcbsMainWindow::editCut()
-{
-    editor_->cut();
-}
-void QcbsMainWindow::editPaste()
-{
-    editor_->paste();
-}
-void QcbsMainWindow::editInsert()
-{
-    editor_->insertFile();
-}
-void QcbsMainWindow::editInsertTemplate()
-{
-    editor_->insertTemplateFile();
-}
-void QcbsMainWindow::editSelectall()
-{
-    editor_->selectAll();
-}
-void QcbsMainWindow::editZoomin()
-{
-    editor_->bigger();
-}
-void QcbsMainWindow::editZoomout()
-{
-    editor_->smaller();
-}
-
-void QcbsMainWindow::editPrefs()
-{
-    QcbsPrefsDialog dialog(&preferences(), state_->dictionarySettings(), this);
-    connect(&dialog, &QcbsPrefsDialog::editorPrefsChanged, this, &QcbsMainWindow::initialiseEditorSettings);
-    connect(&dialog, &QcbsPrefsDialog::mainWinPrefsChanged, this, &QcbsMainWindow::initialiseAllInstSettings);
-    connect(&dialog, &QcbsPrefsDialog::parserPrefsChanged, this,
-            qOverload<>(&QcbsMainWindow::enableAllInstParseTools));
-    connect(&dialog, &QcbsPrefsDialog::mandatoryPrefsChanged, this,
-            &QcbsMainWindow::loadMandatoryDataItemSettings);
-    connect(&dialog, &QcbsPrefsDialog::applyButtonPressed, this, &QcbsMainWindow::saveSettings);
-    dialog.exec();
-}
-
-void QcbsMainWindow::combine()
-{
-    if (preferences().templateFilename.isEmpty()) {
-        ask(QMessageBox::Critical, QStringLiteral("Error"),
-            QStringLiteral("No template file set in preferences"));
-        return;
-    }
-    if (!QFile(preferences().templateFilename).open(QIODevice::ReadOnly)) {
-        ask(QMessageBox::Critical, QStringLiteral("Error"),
-            QStringLiteral("Could not open template file \"") + preferences().templateFilename +
-                QLatin1Char('"'));
-        return;
-    }
-    showNotAvailable();
-}
-
-void QcbsMainWindow::dataitemHelp()
-{
-    dataitemHelp(editor_->currentDataItem());
-}
-
-void QcbsMainWindow::dataitemHelp(const QString& name)
-{
-    if (name.isEmpty()) {
-        ask(QMessageBox::Information, QStringLiteral("Data item help"),
-            QStringLiteral("No help available. Be sure to place cursor on a line containing a data item."));
-        return;
-    }
-    showNotAvailable();
-}
-
-void QcbsMainWindow::toggleBoxView()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::publicationWizard()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::crystalWizard()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::loopEd()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::loopNew()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::wizardEd()
-{
-}
-void QcbsMainWindow::editFind()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::editFindNext()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::editFindPrevious()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::editReplace()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::editGotoLine()
-{
-    showNotAvailable();
-}
-void QcbsMainWindow::hg()
-{
-    showNotAvailable();
-}
-
-int QcbsMainWindow::currentParagraph() const
-{
-    return editor_->textCursor().blockNumber();
-}
-
-void QcbsMainWindow::replaceLines(int first, int last, const QString& text)
-{
-    QTextDocument* doc = editor_->document();
-    QTextCursor cursor(doc->findBlockByNumber(first));
-    cursor.beginEditBlock();
-    if (last >= first) {
-        const QTextBlock end = doc->findBlockByNumber(last);
-        if (end.next().isValid())
-            cursor.setPosition(end.next().position(), QTextCursor::KeepAnchor);
-        else
-            cursor.setPosition(end.position() + end.length() - 1, QTextCursor::KeepAnchor);
-    }
-    QString inserted = text;
-    if (!inserted.endsWith(QLatin1Char('\n')))
-        inserted += QLatin1Char('\n');
-    cursor.insertText(inserted);
-    cursor.endEditBlock();
-    editor_->setTextCursor(QTextCursor(doc->findBlockByNumber(first)));
-}
-
-int QcbsMainWindow::blockStartLine(int paragraph) const
-{
-    for (QTextBlock block = editor_->document()->findBlockByNumber(paragraph); block.isValid();
-         block = block.previous())
-        if (isBlockLine(block.text().trimmed()))
-            return block.blockNumber();
-    return -1;
-}
-
-int QcbsMainWindow::blockEndLine(int start) const
-{
-    QTextBlock block = editor_->document()->findBlockByNumber(start);
-    int last = start;
-    for (block = block.next(); block.isValid(); block = block.next()) {
-        if (isBlockLine(block.text().trimmed()))
-            break;
-        last = block.blockNumber();
-    }
-    return last;
-}
-
-int QcbsMainWindow::loopStartLine(int paragraph) const
-{
-    for (QTextBlock block = editor_->document()->findBlockByNumber(paragraph); block.isValid();
-         block = block.previous()) {
-        if (isLoopKeyword(block.text()))
-            return block.blockNumber();
-        if (isBlockLine(block.text().trimmed()))
-            break;
-    }
-    return -1;
-}
-
-// The loop runs from its "loop_" past its names and its values, to the next name, loop or block
-// that follows a value; comments and blank lines at its end stay outside.
-int QcbsMainWindow::loopEndLine(int start) const
-{
-    QTextBlock block = editor_->document()->findBlockByNumber(start).next();
-    int last = start;
-    bool inNames = true;
-    bool inText = false;
-    for (; block.isValid(); block = block.next()) {
-        const QString line = block.text();
-        if (line.startsWith(QLatin1Char(';'))) {
-            inText = !inText;
-            inNames = false;
-            last = block.blockNumber();
-            continue;
-        }
-        if (inText) {
-            last = block.blockNumber();
-            continue;
-        }
-        if (isQuietLine(line))
-            continue;
-        if (isNameLine(line)) {
-            if (!inNames)
-                break;
-        } else if (isLoopKeyword(line) || isBlockLine(line.trimmed())) {
-            break;
-        } else {
-            inNames = false;
-        }
-        last = block.blockNumber();
-    }
-    return last;
-}
-
-void QcbsMainWindow::loopUpdate(const QString& text)
-{
-    const int start = loopStartLine(currentParagraph());
-    if (start < 0) {
-        loopAdd(text);
-        return;
-    }
-    replaceLines(start, loopEndLine(start), text);
-    if (!editor_->parsed())
-        reparse();
-}
-
-void QcbsMainWindow::loopAdd(const QString& text)
-{
-    replaceLines(currentParagraph(), currentParagraph() - 1, text);
-    if (!editor_->parsed())
-        reparse();
-}
-
-void QcbsMainWindow::blockUpdate(const QString& text)
-{
-    const int start = blockStartLine(currentParagraph());
-    if (start < 0) {
-        blockAdd(text);
-        return;
-    }
-    replaceLines(start, blockEndLine(start), text);
-    if (!editor_->parsed())
-        reparse();
-}
-
-void QcbsMainWindow::blockAdd(const QString& text)
-{
-    editor_->textCursor().insertText(text);
-    if (!editor_->parsed())
-        reparse();
-}
-
-void QcbsMainWindow::dataItemUpdate(const QString& blockName, const QString& item, const QString& value)
-{
-    QTextDocument* doc = editor_->document();
-    QTextBlock block = doc->begin();
-    if (!blockName.isEmpty()) {
-        while (block.isValid() && !namesBlock(block.text(), blockName))
-            block = block.next();
-        if (!block.isValid())
-            return;
-    }
-    for (; block.isValid(); block = block.next()) {
-        const QString line = block.text().simplified();
-        if (!blockName.isEmpty() && isBlockLine(line) && !namesBlock(line, blockName))
-            return;
-        const QString name = line.section(QLatin1Char(' '), 0, 0);
-        if (name.compare(item, Qt::CaseInsensitive) != 0)
-            continue;
-        QTextCursor cursor(block);
-        cursor.beginEditBlock();
-        if (line.contains(QLatin1Char(' '))) {
-            cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
-            cursor.insertText(name + QLatin1Char(' ') + value);
-        } else {
-            cursor.movePosition(QTextCursor::EndOfBlock);
-            cursor.insertText(QLatin1Char('\n') + value);
-        }
-        cursor.endEditBlock();
-        reparse();
-        return;
-    }
-}
-
-void QcbsMainWindow::editorInsertTextHelper(const QString& text)
-{
-    editor_->textCursor().insertText(text);
 }
 
 // --- help ---------------------------------------------------------------------------------------
@@ -1633,67 +738,6 @@ void QcbsMainWindow::loadMandatoryDataItemSettings()
     writeToOutputPane(QStringLiteral("Loaded mandatory data items file: ") + prefs.mandatoryFilename);
 }
 
-// --- the block combo ------------------------------------------------------------------------------
-
-void QcbsMainWindow::updateBlockCombo(const Cif* cif)
-{
-    blockCombo_->clear();
-    const std::size_t count = cif ? cif->block_count() : 0;
-    if (count == 0 || (count == 1 && cif->block(0).name() == hiddenBlockName)) {
-        blockCombo_->addItem(noBlocks);
-        blockCombo_->setEnabled(false);
-        return;
-    }
-    const bool firstHidden = cif->block(0).name() == hiddenBlockName;
-    blockCombo_->addItem(QStringLiteral("Blocks:   ") + QString::number(count - (firstHidden ? 1 : 0)));
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::string& name = cif->block(i).name();
-        blockCombo_->addItem(i == 0 && firstHidden ? QString() : QString::fromStdString(name));
-    }
-    blockCombo_->setEnabled(true);
-}
-
-void QcbsMainWindow::blockComboSelected(int index)
-{
-    if (index < 0) {
-        QApplication::beep();
-        return;
-    }
-    if (index == 0 || !document_ || std::size_t(index - 1) >= document_->block_count())
-        return;
-    if (tabs_->currentWidget() == editorPage_)
-        editorJumpToBlockHelper(QString::fromStdString(document_->block(std::size_t(index - 1)).name()));
-}
-
-void QcbsMainWindow::editorJumpToBlockHelper(const QString& block)
-{
-    if (!document_)
-        return;
-    const auto found = document_->find_block(block.toStdString());
-    if (found == document_->end() || (*found)->line() < 1)
-        return;
-    editor_->gotoLine((*found)->line(), QString());
-}
-
-void QcbsMainWindow::editorJumpToItemHelper(const QString& item)
-{
-    editorJumpToItemHelper(item, -1);
-}
-
-void QcbsMainWindow::editorJumpToItemHelper(const QString& item, int line)
-{
-    if (line > 0) {
-        editor_->gotoLine(line, item);
-        return;
-    }
-    for (QTextBlock block = editor_->document()->begin(); block.isValid(); block = block.next())
-        if (block.text().simplified().section(QLatin1Char(' '), 0, 0).compare(item, Qt::CaseInsensitive) ==
-            0) {
-            editor_->gotoLine(block.blockNumber() + 1, item);
-            return;
-        }
-}
-
 // --- events -------------------------------------------------------------------------------------
 
 namespace {
@@ -1784,6 +828,10 @@ void QcbsMainWindow::closeEvent(QCloseEvent* event)
         return;
     if (shared().lastActive == this)
         shared().lastActive = nullptr;
+    for (QDialog* search :
+         std::initializer_list<QDialog*>{QcbsFindDialog::existing(), QcbsReplaceDialog::existing()})
+        if (search)
+            search->close();
     event->accept();
 }
 

@@ -21,6 +21,7 @@ class QProgressBar;
 class QTabWidget;
 class QToolBar;
 class QUrl;
+class QcbsCifBoxView;
 class QcbsErrorListView;
 class QcbsLineNumberedTextEdit;
 class QcbsOutputPane;
@@ -46,6 +47,7 @@ public:
     HQcbsAppState appState() const { return state_; }
     QcbsRichTextEdit* editor() const { return editor_; }
     QcbsErrorListView* errorList() const { return errorList_; }
+    QcbsCifBoxView* boxView() const { return boxView_; }
     QcbsOutputPane* outputPane() const { return outputPane_; }
     QComboBox* blockCombo() const { return blockCombo_; }
     QTabWidget* tabs() const { return tabs_; }
@@ -96,7 +98,9 @@ public slots:
     void reparse();
     void dataitemHelp();
     void dataitemHelp(const QString& name);
+    void setDataItem(const QString& block, const QString& name);
     void toggleBoxView();
+    void loadBoxView();
     void publicationWizard();
     void crystalWizard();
     void loopEd();
@@ -211,7 +215,14 @@ private:
     int blockEndLine(int start) const;
     int loopStartLine(int paragraph) const;
     int loopEndLine(int start) const;
+    // The first data name of the loop whose "loop_" stands on `line`, or the empty text.
+    QString loopFirstName(int line) const;
+    bool replaceDataItemPair(const QString& blockName, const QString& item, const QString& pair);
+    void findAgain(bool forward);
     int currentParagraph() const;
+    // The block that holds the cursor, checked first if the text changed, with the findings in
+    // it; null before the first block.
+    const CifDataBlock* wizardBlock(HCifErrorList& findings);
 
     HQcbsAppState state_;
     QString fileName_;
@@ -225,7 +236,7 @@ private:
     QTabWidget* tabs_ = nullptr;
     QTabWidget* lowerTabs_ = nullptr;
     QSplitter* editorPage_ = nullptr;
-    QWidget* boxView_ = nullptr;
+    QcbsCifBoxView* boxView_ = nullptr;
     QWidget* visualiserPage_ = nullptr;
     QcbsLineNumberedTextEdit* numberedEditor_ = nullptr;
     QcbsRichTextEdit* editor_ = nullptr;

@@ -175,6 +175,12 @@ void QcbsPreferences::write() const
     const int firstKept = qMax(0, int(recentFiles.size()) - maxRecentFiles);
     for (int n = firstKept; n < recentFiles.size(); ++n)
         settings.setValue(key("recent files/") + QString::number(n - firstKept + 1), recentFiles.at(n));
+    writeSearchValues();
+}
+
+void QcbsPreferences::writeSearchValues() const
+{
+    QSettings settings = openStore();
     writeHistory(settings, key("find recent"), findRecent);
     writeHistory(settings, key("replace recent"), replaceRecent);
     settings.setValue(key("find/checkcase"), findCheckCase);

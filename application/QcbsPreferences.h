@@ -45,6 +45,8 @@ struct QcbsPreferences {
     // Only the keys that the preferences dialog edits, so that applying it does not overwrite
     // what the find dialogs and the main windows keep for themselves.
     void writeDialogValues() const;
+    // Only the search history and options, which the find and replace dialogs keep.
+    void writeSearchValues() const;
 
     static QString key(const char* name);
     // Typed reading of one key: a value that cannot be read as the type gives `fallback`.

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "GraphicsHandles.h"
+#include "RGBA.h"
+#include "Vector3D.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+class GLBitmapFont;
+class GraphicsCrystal;
+class RendererCrystalDisplaySettings;
+class ShapeLists;
+struct RendererSettings;
+
+// Emits the GL calls that draw one crystal, or that name its objects for selection-mode picking,
+// for the renderer to record into the crystal's display lists. Objects are sorted by style so
+// that each routine keeps its GL state, and a material is set only when the colour changes.
+class CrystalPainter {
+public:
+    CrystalPainter(const RendererSettings& settings, const ShapeLists& shapes, const GLBitmapFont& font,
+                   const RendererCrystalDisplaySettings& display);
+
+    void draw(GraphicsCrystal& crystal);
+    // Under the renderer's name for the crystal: the object type, then each object's number.
+    void pick(GraphicsCrystal& crystal);
+    // A line of text at the bottom left of the view, in yellow.
+    void draw_message(const std::string& text);
+
+private:
+    void draw_atoms(const GraphicsCrystal& crystal);
+    void draw_bonds(const GraphicsCrystal& crystal);
+    void draw_wireframe_bonds(const std::vector<const GraphicsBond*>& bonds);
+    void draw_stick_bonds(const std::vector<const GraphicsBond*>& bonds, bool capped);
+    void draw_aromatics(const GraphicsCrystal& crystal);
+    void draw_cell(const GraphicsCrystal& crystal);
+    void draw_contacts(const GraphicsCrystal& crystal);
+    void draw_primitives(GraphicsCrystal& crystal, bool picking);
+    void draw_selection_markers(const GraphicsCrystal& crystal);
+    void draw_object_labels(const GraphicsCrystal& crystal);
+    void pick_atoms(const GraphicsCrystal& crystal);
+    void pick_bonds(const GraphicsCrystal& crystal);
+    void pick_contacts(const GraphicsCrystal& crystal);
+
+    // The radius an atom is drawn at in a sphere style.
+    double atom_radius(const GraphicsAtom& atom) const;
+    void sphere(const Point& centre, double radius, unsigned list);
+    void material(const RGBA& color);
+    RGBA atom_color(const GraphicsAtom& atom) const;
+    // The two halves' colours, with the selection shown when colours change on selection.
+    std::array<RGBA, 2> bond_colors(const GraphicsBond& bond) const;
+    // The box a plane is cut to: the packing box when the crystal is packed or sliced, else the
+    // bounds of the atoms.
+    std::array<Point, 8> clip_box(GraphicsCrystal& crystal) const;
+
+    const RendererSettings& settings_;
+    const ShapeLists& shapes_;
+    const GLBitmapFont& font_;
+    const RendererCrystalDisplaySettings& display_;
+    RGBA last_material_;
+    bool material_set_ = false;
+};

@@ -1,0 +1,10 @@
+#include "VisLibDeleteContactCommand.h"
+
+VisLibDeleteContactCommand::VisLibDeleteContactCommand(QtCrystalManager* manager,
+                                                       const HGraphicsCrystal& crystal,
+                                                       const HGraphicsContact& contact)
+    : VisLibDeleteContactsCommand(manager, "Delete Contact",
+                                  {VisLibContactTarget::Contact, graphicsCrystalIdentifier(crystal),
+                                   graphicsContactIdentifier(crystal, contact)})
+{
+}

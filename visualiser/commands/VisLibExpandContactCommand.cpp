@@ -1,0 +1,10 @@
+#include "VisLibExpandContactCommand.h"
+
+VisLibExpandContactCommand::VisLibExpandContactCommand(QtCrystalManager* manager,
+                                                       const HGraphicsCrystal& crystal,
+                                                       const HGraphicsContact& contact)
+    : VisLibExpandContactsCommand(manager, "Expand Contact",
+                                  {VisLibContactTarget::Contact, graphicsCrystalIdentifier(crystal),
+                                   graphicsContactIdentifier(crystal, contact)})
+{
+}

@@ -3,8 +3,6 @@
 VisLibDeleteContactCommand::VisLibDeleteContactCommand(QtCrystalManager* manager,
                                                        const HGraphicsCrystal& crystal,
                                                        const HGraphicsContact& contact)
-    : VisLibDeleteContactsCommand(manager, "Delete Contact",
-                                  {VisLibContactTarget::Contact, graphicsCrystalIdentifier(crystal),
-                                   graphicsContactIdentifier(crystal, contact)})
+    : VisLibDeleteContactsCommand(manager, "Delete Contact", crystal, contact)
 {
 }

@@ -19,8 +19,8 @@ bool VisLibDisplayPrimitiveCommand::execute()
     const HGraphicsPrimitive primitive = crystal ? graphicsPrimitive(crystal, index_) : HGraphicsPrimitive();
     if (!primitive)
         return false;
-    current_ = prototype_->clone();
-    primitive->execute(*current_);
+    before_ = primitive->clone();
+    primitive->execute(*prototype_->clone());
     crystal->changed();
     return true;
 }
@@ -29,9 +29,12 @@ bool VisLibDisplayPrimitiveCommand::unexecute()
 {
     const HGraphicsCrystal crystal = graphicsCrystal(crystal_);
     const HGraphicsPrimitive primitive = crystal ? graphicsPrimitive(crystal, index_) : HGraphicsPrimitive();
-    if (!primitive || !current_)
+    if (!primitive || !before_)
         return false;
-    primitive->unexecute(*current_);
+    // An undo of a later change of the list may have put a copy in the primitive's place, with a
+    // number of its own, so the old properties are kept here rather than by number.
+    primitive->copy_display_properties(*before_);
+    primitive->set_active(before_->active());
     crystal->changed();
     return true;
 }

@@ -17,5 +17,5 @@ private:
     int32_t crystal_;
     int index_;
     HGraphicsObjectCommand prototype_;
-    HGraphicsObjectCommand current_;
+    HGraphicsPrimitive before_;
 };

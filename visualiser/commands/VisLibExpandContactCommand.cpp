@@ -3,8 +3,6 @@
 VisLibExpandContactCommand::VisLibExpandContactCommand(QtCrystalManager* manager,
                                                        const HGraphicsCrystal& crystal,
                                                        const HGraphicsContact& contact)
-    : VisLibExpandContactsCommand(manager, "Expand Contact",
-                                  {VisLibContactTarget::Contact, graphicsCrystalIdentifier(crystal),
-                                   graphicsContactIdentifier(crystal, contact)})
+    : VisLibExpandContactsCommand(manager, "Expand Contact", crystal, contact)
 {
 }

@@ -18,6 +18,15 @@ VisLibExpandContactsCommand::VisLibExpandContactsCommand(QtCrystalManager* manag
 {
 }
 
+VisLibExpandContactsCommand::VisLibExpandContactsCommand(QtCrystalManager* manager, const QString& name,
+                                                         const HGraphicsCrystal& crystal,
+                                                         const HGraphicsContact& contact)
+    : VisLibSnapshotCommand(manager, name)
+{
+    target_ = {VisLibContactTarget::Contact, graphicsCrystalIdentifier(crystal),
+               graphicsContactIdentifier(crystal, contact)};
+}
+
 void VisLibExpandContactsCommand::execute(const HGraphicsCrystal& crystal)
 {
     if (static_cast<int32_t>(crystal->number()) != target_.crystal)

@@ -17,11 +17,10 @@ public:
     HVisLibCommand clone() const override { return HVisLibCommand(new VisLibExpandContactsCommand(*this)); }
 
 protected:
+    // One contact, by its place in the crystal's list. The lookup needs the manager, so it is
+    // made once the base holds it.
     VisLibExpandContactsCommand(QtCrystalManager* manager, const QString& name,
-                                const VisLibContactTarget& target)
-        : VisLibSnapshotCommand(manager, name), target_(target)
-    {
-    }
+                                const HGraphicsCrystal& crystal, const HGraphicsContact& contact);
 
 private:
     VisLibContactTarget target_;

@@ -1,0 +1,137 @@
+// The renderer draws a real structure into an off-screen framebuffer under Xvfb, and the test
+// looks at the pixels as a person would look at the window.
+#include "CifFile.h"
+#include "GraphicsAtom.h"
+#include "GraphicsCrystal.h"
+#include "OffscreenView.h"
+
+#include <QGuiApplication>
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int size = 200;
+
+HGraphicsCrystal corpus_crystal()
+{
+    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif", std::ios::binary);
+    CifFile file;
+    file.read(in);
+    return HGraphicsCrystal(new GraphicsCrystal(HNewCrystal(new NewCrystal(file.crystal_maker()))));
+}
+
+class RendererTest : public ::testing::Test {
+protected:
+    RendererTest() : view(size, size), crystal(corpus_crystal()) { view.renderer().addGraphicsCrystal(crystal); }
+
+    HGraphicsAtom atom(const std::string& label) const
+    {
+        for (const HGraphicsAtom& a : crystal->atoms())
+            if (a->label() == label)
+                return a;
+        throw std::runtime_error("no atom " + label);
+    }
+
+    QPoint at(const GraphicsAtom& a)
+    {
+        double x = 0, y = 0;
+        EXPECT_TRUE(view.renderer().project(*crystal, a.ortho(), x, y));
+        return QPoint(static_cast<int>(x), static_cast<int>(y));
+    }
+
+    // Only `shown` stays visible, in `style`.
+    void show_only(const HGraphicsAtom& shown, GraphicsObject::RenderingStyle style)
+    {
+        crystal->set_visible(GraphicsCrystal::ActionHide, GraphicsCrystal::FilterAll);
+        shown->set_visible(true);
+        shown->set_style(style);
+        crystal->changed();
+        view.renderer().graphicsCrystalUpdated(crystal);
+    }
+
+    OffscreenView view;
+    HGraphicsCrystal crystal;
+};
+
+bool backdrop(QRgb pixel)
+{
+    return qRed(pixel) < 8 && qGreen(pixel) < 8 && qBlue(pixel) < 8;
+}
+
+TEST_F(RendererTest, BackdropCornersTakeTheirColours)
+{
+    view.renderer().setUseBackdrop(true);
+    view.renderer().setBackdropColors(RGBA(1, 0, 0), RGBA(0, 1, 0), RGBA(0, 0, 1), RGBA(1, 1, 1));
+    const QImage image = view.paint();
+    const struct {
+        QPoint pixel;
+        QColor colour;
+    } corners[] = {{{size - 1, 0}, Qt::red}, {{0, 0}, Qt::green}, {{0, size - 1}, Qt::blue}, {{size - 1, size - 1}, Qt::white}};
+    for (const auto& c : corners) {
+        const QColor got = image.pixelColor(c.pixel);
+        EXPECT_NEAR(got.red(), c.colour.red(), 8) << c.pixel.x() << "," << c.pixel.y();
+        EXPECT_NEAR(got.green(), c.colour.green(), 8) << c.pixel.x() << "," << c.pixel.y();
+        EXPECT_NEAR(got.blue(), c.colour.blue(), 8) << c.pixel.x() << "," << c.pixel.y();
+    }
+}
+
+// In each style a lone atom shows where its projection says, another one hidden does not, a pick
+// there finds the atom, and a pick on the backdrop finds nothing.
+TEST_F(RendererTest, AtomAppearsAndIsPickedWhereItsProjectionSays)
+{
+    const struct {
+        const char* label;
+        GraphicsObject::RenderingStyle style;
+    } cases[] = {{"S5'", GraphicsObject::StyleSpacefill},
+                 {"O1", GraphicsObject::StyleBallAndStick},
+                 {"C31", GraphicsObject::StyleStick},
+                 {"OW2", GraphicsObject::StyleWireframe}};
+    const HGraphicsAtom hidden = atom("C6");
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.label);
+        const HGraphicsAtom shown = atom(c.label);
+        show_only(shown, c.style);
+        const QImage image = view.paint();
+        const QPoint p = at(*shown), q = at(*hidden);
+        ASSERT_TRUE(image.rect().contains(p) && image.rect().contains(q));
+        EXPECT_FALSE(backdrop(image.pixel(p)));
+        EXPECT_TRUE(backdrop(image.pixel(q)));
+
+        view.pick(p.x(), p.y());
+        EXPECT_EQ(view.renderer().pickedType(), Renderer::ObjectAtom);
+        EXPECT_EQ(view.renderer().pickedObject(), HGraphicsObject(shown));
+        view.pick(q.x(), q.y());
+        EXPECT_EQ(view.renderer().pickedType(), 0);
+        EXPECT_FALSE(view.renderer().pickedObject());
+    }
+}
+
+TEST_F(RendererTest, LabelIsDrawnBesideItsAtom)
+{
+    const HGraphicsAtom shown = atom("S5'");
+    show_only(shown, GraphicsObject::StyleWireframe);
+    const QImage plain = view.paint();
+    shown->set_labelled(true);
+    crystal->changed();
+    view.renderer().graphicsCrystalUpdated(crystal);
+    const QImage labelled = view.paint();
+
+    const QPoint p = at(*shown);
+    int near = 0, far = 0;
+    for (int y = 0; y < size; ++y)
+        for (int x = 0; x < size; ++x)
+            if (plain.pixel(x, y) != labelled.pixel(x, y))
+                ++(std::abs(x - p.x() - 15) < 25 && std::abs(y - p.y()) < 15 ? near : far);
+    EXPECT_GT(near, 10) << "the label's pixels";
+    EXPECT_EQ(far, 0);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QGuiApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

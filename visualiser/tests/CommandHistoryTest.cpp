@@ -66,7 +66,8 @@ namespace {
 // A flavonoid with water: two kinds of molecule, hydrogens, and hydrogen bonds between them.
 HGraphicsCrystal corpus_crystal()
 {
-    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif", std::ios::binary);
+    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif",
+                     std::ios::binary);
     CifFile file;
     file.read(in);
     return HGraphicsCrystal(new GraphicsCrystal(HNewCrystal(new NewCrystal(file.crystal_maker()))));
@@ -129,8 +130,8 @@ const std::vector<std::pair<QString, Make>> commands = {
      }},
     {"Change color",
      [](View& v) {
-         return HVisLibCommand(new VisLibDisplayColorCommand(&v.manager, GraphicsObject::ColorByColor,
-                                                             RGBA(1, 0, 0), GraphicsCrystal::FilterCarbons));
+         return HVisLibCommand(new VisLibDisplayColorCommand(
+             &v.manager, GraphicsObject::ColorByColor, RGBA(1, 0, 0, 1), GraphicsCrystal::FilterCarbons));
      }},
     {"Hide",
      [](View& v) {
@@ -144,51 +145,71 @@ const std::vector<std::pair<QString, Make>> commands = {
      }},
     {"Change label",
      [](View& v) {
-         return HVisLibCommand(new VisLibDisplayObjectCommand(
-             &v.manager, v.crystal, v.atom("O1"), HGraphicsObjectCommand(new GraphicsObjectLabelCommand("Ow"))));
+         return HVisLibCommand(
+             new VisLibDisplayObjectCommand(&v.manager, v.crystal, v.atom("C7"),
+                                            HGraphicsObjectCommand(new GraphicsObjectLabelCommand("C7x"))));
      }},
     {"Show All", [](View& v) { return HVisLibCommand(new VisLibShowAllCommand(&v.manager)); }},
     {"Select Carbons",
      [](View& v) {
-         return HVisLibCommand(new VisLibSelectionFilterCommand(&v.manager, "Select Carbons",
-                                                                GraphicsCrystal::ActionShow,
-                                                                GraphicsCrystal::FilterCarbons));
+         return HVisLibCommand(new VisLibSelectionFilterCommand(
+             &v.manager, "Select Carbons", GraphicsCrystal::ActionShow, GraphicsCrystal::FilterCarbons));
      }},
     {"Deselect Atom",
      [](View& v) {
          return HVisLibCommand(new VisLibAtomSelectionCommand(&v.manager, v.crystal, {v.atom("C2")}, false));
      }},
     {"Select Molecule",
-     [](View& v) { return HVisLibCommand(new VisLibMoleculeSelectionCommand(&v.manager, v.crystal, v.atom("O1"), true)); }},
+     [](View& v) {
+         return HVisLibCommand(new VisLibMoleculeSelectionCommand(&v.manager, v.crystal, v.atom("O1"), true));
+     }},
     {"Packing Box 0 - 1, 0 - 1, 0 - 2",
-     [](View& v) { return HVisLibCommand(new VisLibPackingBoxCommand(&v.manager, Box({0, 0, 0}, {1, 1, 2}))); }},
+     [](View& v) {
+         return HVisLibCommand(new VisLibPackingBoxCommand(&v.manager, Box({0, 0, 0}, {1, 1, 2})));
+     }},
     {"Packing", [](View& v) { return HVisLibCommand(new VisLibPackingCommand(&v.manager, true)); }},
     {"Remove Atom",
-     [](View& v) { return HVisLibCommand(new VisLibRemoveAtomCommand(&v.manager, v.crystal, v.atom("H5"))); }},
-    {"Hide Cell Axes", [](View& v) { return HVisLibCommand(new VisLibShowCellEdgesCommand(&v.manager, false)); }},
-    {"Label Cell Axes", [](View& v) { return HVisLibCommand(new VisLibLabelCellEdgesCommand(&v.manager, true)); }},
+     [](View& v) {
+         return HVisLibCommand(new VisLibRemoveAtomCommand(&v.manager, v.crystal, v.atom("H5")));
+     }},
+    {"Show Cell Axes",
+     [](View& v) { return HVisLibCommand(new VisLibShowCellEdgesCommand(&v.manager, true)); }},
+    {"Label Cell Axes",
+     [](View& v) { return HVisLibCommand(new VisLibLabelCellEdgesCommand(&v.manager, true)); }},
     {"Slicing Plane",
-     [](View& v) { return HVisLibCommand(new VisLibSlicingPlaneCommand(&v.manager, Plane({0, 0, 1}, 5))); }},
+     [](View& v) {
+         return HVisLibCommand(new VisLibSlicingPlaneCommand(&v.manager, Plane({0, 0, 1}, 5)));
+     }},
     {"Slicing Thickness 6",
      [](View& v) { return HVisLibCommand(new VisLibSlicingThicknessCommand(&v.manager, 6)); }},
     {"Slicing Displacement 1.5",
      [](View& v) { return HVisLibCommand(new VisLibSlicingDisplacementCommand(&v.manager, 1.5)); }},
     {"Slicing", [](View& v) { return HVisLibCommand(new VisLibSlicingCommand(&v.manager, true)); }},
-    {"Show Slicing Bounds",
-     [](View& v) { return HVisLibCommand(new VisLibShowSlicingBoundsCommand(&v.manager, true)); }},
+    {"Hide Slicing Bounds",
+     [](View& v) { return HVisLibCommand(new VisLibShowSlicingBoundsCommand(&v.manager, false)); }},
     {"Packing", [](View& v) { return HVisLibCommand(new VisLibPackingCommand(&v.manager, false)); }},
-    {"Add Contact Definition",
-     [](View& v) { return HVisLibCommand(new VisLibAddContactCriterionCommand(&v.manager, hbond_distance())); }},
+    {"Add Contact Definitions",
+     [](View& v) {
+         return HVisLibCommand(new VisLibMacroCommand(
+             "Add Contact Definitions",
+             {HVisLibCommand(new VisLibAddContactCriterionCommand(&v.manager, hbond_distance())),
+              HVisLibCommand(new VisLibAddContactCriterionCommand(
+                  &v.manager, HContactCriterion(new DistanceCriterion(0.5, 3.4))))}));
+     }},
     {"Find Contacts", [](View& v) { return HVisLibCommand(new VisLibFindContactsCommand(&v.manager)); }},
     {"Expand Contact",
      [](View& v) {
-         return HVisLibCommand(new VisLibExpandContactCommand(&v.manager, v.crystal, v.crystal->contacts().at(0)));
+         return HVisLibCommand(
+             new VisLibExpandContactCommand(&v.manager, v.crystal, v.crystal->contacts().at(0)));
      }},
-    {"Expand All Contacts", [](View& v) { return HVisLibCommand(new VisLibExpandAllContactsCommand(&v.manager)); }},
+    {"Expand All Contacts",
+     [](View& v) { return HVisLibCommand(new VisLibExpandAllContactsCommand(&v.manager)); }},
     {"Delete Hanging Contacts",
      [](View& v) { return HVisLibCommand(new VisLibDeleteHangingContactsCommand(&v.manager)); }},
     {"Delete Contacts",
-     [](View& v) { return HVisLibCommand(new VisLibDeleteContactsCommand(&v.manager, v.crystal, v.atom("OW1"))); }},
+     [](View& v) {
+         return HVisLibCommand(new VisLibDeleteContactsCommand(&v.manager, v.crystal, v.atom("OW1")));
+     }},
     {"Reset Contacts", [](View& v) { return HVisLibCommand(new VisLibResetContactsCommand(&v.manager)); }},
     {"Disable Contact Definition",
      [](View& v) {
@@ -196,20 +217,21 @@ const std::vector<std::pair<QString, Make>> commands = {
      }},
     {"Contact Definition Changed",
      [](View& v) {
-         return HVisLibCommand(new VisLibUpdateContactCriterionCommand(&v.manager, hbond_distance(),
-                                                                       HContactCriterion(new DistanceCriterion(0, 2.5))));
+         return HVisLibCommand(
+             new VisLibUpdateContactCriterionCommand(&v.manager, v.crystal->crystal()->criteria().at(0),
+                                                     HContactCriterion(new DistanceCriterion(0, 2.5))));
      }},
     {"Remove Contact Definition",
      [](View& v) {
-         return HVisLibCommand(new VisLibRemoveContactCriterionCommand(
-             &v.manager, HContactCriterion(new DistanceCriterion(0, 2.5))));
+         return HVisLibCommand(
+             new VisLibRemoveContactCriterionCommand(&v.manager, v.crystal->crystal()->criteria().at(0)));
      }},
     {"Clear Contact Definitions",
      [](View& v) { return HVisLibCommand(new VisLibClearContactCriteriaCommand(&v.manager)); }},
     {"Add Object",
      [](View& v) {
-         return HVisLibCommand(new VisLibAddPrimitiveCommand(&v.manager, v.crystal,
-                                                             HGraphicsPrimitive(new GraphicsCentroid({1, 2, 3}, 0.4))));
+         return HVisLibCommand(new VisLibAddPrimitiveCommand(
+             &v.manager, v.crystal, HGraphicsPrimitive(new GraphicsCentroid({1, 2, 3}, 0.4))));
      }},
     {"Style: Stick",
      [](View& v) {
@@ -218,25 +240,32 @@ const std::vector<std::pair<QString, Make>> commands = {
              HGraphicsObjectCommand(new GraphicsObjectStyleCommand(GraphicsObject::StyleStick))));
      }},
     {"Remove Object",
-     [](View& v) { return HVisLibCommand(new VisLibRemovePrimitiveCommand(&v.manager, v.crystal->primitives().at(0))); }},
+     [](View& v) {
+         return HVisLibCommand(new VisLibRemovePrimitiveCommand(&v.manager, v.crystal->primitives().at(0)));
+     }},
     {"Delete Molecule",
-     [](View& v) { return HVisLibCommand(new VisLibDeleteMoleculeCommand(&v.manager, v.crystal, v.atom("OW1"))); }},
+     [](View& v) {
+         return HVisLibCommand(new VisLibDeleteMoleculeCommand(&v.manager, v.crystal, v.atom("OW1")));
+     }},
     {"Remove Bond",
-     [](View& v) { return HVisLibCommand(new VisLibRemoveBondCommand(&v.manager, v.crystal, v.crystal->bonds().at(0))); }},
+     [](View& v) {
+         return HVisLibCommand(new VisLibRemoveBondCommand(&v.manager, v.crystal, v.crystal->bonds().at(0)));
+     }},
     {"Edit Bond Type",
      [](View& v) {
-         return HVisLibCommand(new VisLibEditBondTypeCommand(&v.manager, v.crystal, v.crystal->bonds().at(0), BondDouble));
+         return HVisLibCommand(
+             new VisLibEditBondTypeCommand(&v.manager, v.crystal, v.crystal->bonds().at(0), BondDouble));
      }},
-    {"Rotation about axis", [](View& v) { return on_view(v, new RotationCommand({0, 1, 0}, 30)); }},
+    {"Rotation about axis",
+     [](View& v) {
+         return on_view(v, new RotationCommand({0, 1, 0}, 30));
+     }},
     {"Add Bond",
      [](View& v) {
-         return HVisLibCommand(new VisLibAddBondCommand(&v.manager, v.crystal, v.atom("O1"), v.atom("C4"), BondSingle));
+         return HVisLibCommand(
+             new VisLibAddBondCommand(&v.manager, v.crystal, v.atom("O1"), v.atom("C4"), BondSingle));
      }},
-    {"Twice",
-     [](View& v) {
-         return HVisLibCommand(new VisLibMacroCommand("Twice", {on_view(v, new RotationCommand({1, 0, 0}, 10)),
-                                                                on_view(v, new ZoomCommand(2))}));
-     }},
+    {"Zoom View", [](View& v) { return on_view(v, new ZoomCommand(0.5)); }},
 };
 
 TEST(CommandHistory, FortyUndosAndRedosGiveBackEachWrittenState)
@@ -247,7 +276,7 @@ TEST(CommandHistory, FortyUndosAndRedosGiveBackEachWrittenState)
     for (const auto& [name, make] : commands) {
         view.manager.executeAndLogCommand(make(view));
         states.push_back(view.state());
-        EXPECT_NE(states.back(), states[states.size() - 2]) << name.toStdString() << " changed nothing";
+        EXPECT_TRUE(states.back() != states[states.size() - 2]) << name.toStdString() << " changed nothing";
         EXPECT_EQ(view.manager.undoText(), "&Undo: " + name);
     }
     EXPECT_EQ(view.manager.redoText(), "&Redo: Not Available");
@@ -255,14 +284,14 @@ TEST(CommandHistory, FortyUndosAndRedosGiveBackEachWrittenState)
     for (std::size_t i = commands.size(); i-- > 0;) {
         EXPECT_EQ(view.manager.undoText(), "&Undo: " + commands[i].first);
         view.manager.undo();
-        EXPECT_EQ(view.state(), states[i]) << "undo of " << commands[i].first.toStdString();
+        EXPECT_TRUE(view.state() == states[i]) << "undo of " << commands[i].first.toStdString();
         EXPECT_EQ(view.manager.redoText(), "&Redo: " + commands[i].first);
     }
     EXPECT_EQ(view.manager.undoText(), "&Undo: Not Available");
 
     for (std::size_t i = 0; i < commands.size(); ++i) {
         view.manager.redo();
-        EXPECT_EQ(view.state(), states[i + 1]) << "redo of " << commands[i].first.toStdString();
+        EXPECT_TRUE(view.state() == states[i + 1]) << "redo of " << commands[i].first.toStdString();
     }
 }
 
@@ -281,7 +310,7 @@ TEST(CommandHistory, DepthDropsTheOldestAndANewCommandDropsTheUndone)
     EXPECT_EQ(view.manager.history().count(), 40);
     for (int i = 0; i < 41; ++i)
         view.manager.undo();
-    EXPECT_EQ(view.state(), states[1]) << "forty undos reach the state after the first command";
+    EXPECT_TRUE(view.state() == states[1]) << "forty undos reach the state after the first command";
 
     view.manager.redo();
     view.manager.executeAndLogCommand(HVisLibCommand(new VisLibShowCellEdgesCommand(&view.manager, false)));
@@ -295,15 +324,17 @@ TEST(CommandHistory, InactiveCrystalAndMissingObjectsAreNotLogged)
 {
     View view;
     const HGraphicsPrimitive foreign(new GraphicsCentroid({0, 0, 0}, 1));
-    view.manager.executeAndLogCommand(HVisLibCommand(new VisLibRemovePrimitiveCommand(&view.manager, foreign)));
+    view.manager.executeAndLogCommand(
+        HVisLibCommand(new VisLibRemovePrimitiveCommand(&view.manager, foreign)));
     EXPECT_EQ(view.manager.history().count(), 0);
 
-    view.manager.executeAndLogCommand(HVisLibCommand(new VisLibActiveCommand(&view.manager, view.crystal, false)));
+    view.manager.executeAndLogCommand(
+        HVisLibCommand(new VisLibActiveCommand(&view.manager, view.crystal, false)));
     EXPECT_EQ(view.manager.undoText(), "&Undo: Change Active State");
     const std::string inactive = view.state();
-    view.manager.executeAndLogCommand(HVisLibCommand(
-        new VisLibDisplayStyleCommand(&view.manager, GraphicsObject::StyleSpacefill, GraphicsCrystal::FilterAll)));
-    EXPECT_EQ(view.state(), inactive) << "an inactive crystal is left alone";
+    view.manager.executeAndLogCommand(HVisLibCommand(new VisLibDisplayStyleCommand(
+        &view.manager, GraphicsObject::StyleSpacefill, GraphicsCrystal::FilterAll)));
+    EXPECT_TRUE(view.state() == inactive) << "an inactive crystal is left alone";
     view.manager.undo();
     view.manager.undo();
     EXPECT_TRUE(view.crystal->active());

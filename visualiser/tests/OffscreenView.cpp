@@ -40,7 +40,7 @@ QImage OffscreenView::paint()
     context_->makeCurrent(surface_.get());
     framebuffer_->bind();
     renderer_.paint();
-    return framebuffer_->toImage(false).convertToFormat(QImage::Format_RGB32);
+    return framebuffer_->toImage().convertToFormat(QImage::Format_RGB32);
 }
 
 void OffscreenView::paintAndFinish()

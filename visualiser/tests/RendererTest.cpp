@@ -15,7 +15,8 @@ constexpr int size = 200;
 
 HGraphicsCrystal corpus_crystal()
 {
-    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif", std::ios::binary);
+    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif",
+                     std::ios::binary);
     CifFile file;
     file.read(in);
     return HGraphicsCrystal(new GraphicsCrystal(HNewCrystal(new NewCrystal(file.crystal_maker()))));
@@ -23,7 +24,10 @@ HGraphicsCrystal corpus_crystal()
 
 class RendererTest : public ::testing::Test {
 protected:
-    RendererTest() : view(size, size), crystal(corpus_crystal()) { view.renderer().addGraphicsCrystal(crystal); }
+    RendererTest() : view(size, size), crystal(corpus_crystal())
+    {
+        view.renderer().addGraphicsCrystal(crystal);
+    }
 
     HGraphicsAtom atom(const std::string& label) const
     {
@@ -62,12 +66,15 @@ bool backdrop(QRgb pixel)
 TEST_F(RendererTest, BackdropCornersTakeTheirColours)
 {
     view.renderer().setUseBackdrop(true);
-    view.renderer().setBackdropColors(RGBA(1, 0, 0), RGBA(0, 1, 0), RGBA(0, 0, 1), RGBA(1, 1, 1));
+    view.renderer().setBackdropColors(RGBA(1, 0, 0, 1), RGBA(0, 1, 0, 1), RGBA(0, 0, 1, 1), RGBA(1, 1, 1, 1));
     const QImage image = view.paint();
     const struct {
         QPoint pixel;
         QColor colour;
-    } corners[] = {{{size - 1, 0}, Qt::red}, {{0, 0}, Qt::green}, {{0, size - 1}, Qt::blue}, {{size - 1, size - 1}, Qt::white}};
+    } corners[] = {{{size - 1, 0}, Qt::red},
+                   {{0, 0}, Qt::green},
+                   {{0, size - 1}, Qt::blue},
+                   {{size - 1, size - 1}, Qt::white}};
     for (const auto& c : corners) {
         const QColor got = image.pixelColor(c.pixel);
         EXPECT_NEAR(got.red(), c.colour.red(), 8) << c.pixel.x() << "," << c.pixel.y();
@@ -100,7 +107,7 @@ TEST_F(RendererTest, AtomAppearsAndIsPickedWhereItsProjectionSays)
 
         view.pick(p.x(), p.y());
         EXPECT_EQ(view.renderer().pickedType(), Renderer::ObjectAtom);
-        EXPECT_EQ(view.renderer().pickedObject(), HGraphicsObject(shown));
+        EXPECT_EQ(view.renderer().pickedObject().get(), static_cast<GraphicsObject*>(shown.get()));
         view.pick(q.x(), q.y());
         EXPECT_EQ(view.renderer().pickedType(), 0);
         EXPECT_FALSE(view.renderer().pickedObject());

@@ -14,8 +14,8 @@ TEST(ViewArchive, ReadsBackWhatWasWrittenAndRefusesTheRestUnchanged)
     written.setRotationCentre({1, 2, 3});
     written.setFieldOfView(30);
     written.setUseBackdrop(true);
-    written.setBackdropColors(RGBA(1, 0, 0), RGBA(0, 1, 0), RGBA(0, 0, 1), RGBA(1, 1, 1));
-    std::stringstream stored;
+    written.setBackdropColors(RGBA(1, 0, 0, 1), RGBA(0, 1, 0, 1), RGBA(0, 0, 1, 1), RGBA(1, 1, 1, 1));
+    std::ostringstream stored;
     Archive out(stored);
     written.write(out);
     const std::string bytes = stored.str();
@@ -40,7 +40,7 @@ TEST(ViewArchive, ReadsBackWhatWasWrittenAndRefusesTheRestUnchanged)
             read.read(archive);
             EXPECT_TRUE(read.viewState() == written.viewState());
             EXPECT_TRUE(read.useBackdrop());
-            EXPECT_TRUE(read.backdropColors()[2].equals(RGBA(0, 0, 1)));
+            EXPECT_TRUE(read.backdropColors()[2].equals(RGBA(0, 0, 1, 1)));
             continue;
         }
         try {

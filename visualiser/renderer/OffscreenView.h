@@ -9,9 +9,9 @@ class QOffscreenSurface;
 class QOpenGLContext;
 class QOpenGLFramebufferObject;
 
-// A renderer drawing into an off-screen framebuffer of a compatibility context, so that tests,
-// benchmarks and screenshots see exactly the pixels a window would show. Needs a
-// QGuiApplication and a display (Xvfb will do).
+// A renderer drawing into an off-screen framebuffer of its own compatibility context: a picture
+// of a view without a window, with exactly the pixels a window would show, for saved images,
+// tests and benchmarks. Needs a QGuiApplication and a display (Xvfb will do).
 class OffscreenView {
 public:
     OffscreenView(int width, int height);

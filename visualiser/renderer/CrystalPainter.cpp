@@ -213,8 +213,9 @@ void CrystalPainter::draw(GraphicsCrystal& crystal)
     draw_object_labels(crystal);
 }
 
-void CrystalPainter::pick(GraphicsCrystal& crystal)
+void CrystalPainter::pick(GraphicsCrystal& crystal, const PickFilter& near)
 {
+    near_ = near;
     pick_atoms(crystal);
     pick_bonds(crystal);
     draw_primitives(crystal, true);
@@ -764,10 +765,11 @@ void CrystalPainter::pick_atoms(const GraphicsCrystal& crystal)
             continue;
         const unsigned list =
             a->style() == GraphicsObject::StyleSpacefill ? shapes_.sphere_hi_res : shapes_.sphere_lo_res;
-        if (!list)
+        const double radius = std::max(atom_radius(*a), least);
+        if (!list || !near_(a->ortho(), radius))
             continue;
         glLoadName(a->number());
-        sphere(a->ortho(), std::max(atom_radius(*a), least), list);
+        sphere(a->ortho(), radius, list);
     }
     glPopName();
 }
@@ -781,8 +783,11 @@ void CrystalPainter::pick_bonds(const GraphicsCrystal& crystal)
     for (const HGraphicsBond& b : crystal.bonds()) {
         if (!drawable(*b) || b->style() == GraphicsObject::StyleSpacefill)
             continue;
-        glLoadName(b->number());
         const Point &p1 = b->atom1()->ortho(), &p2 = b->atom2()->ortho();
+        // Half the length, and the side offsets of a double or triple bond's sticks.
+        if (!near_((p1 + p2) * 0.5, (p2 - p1).length() / 2 + 4 * settings_.stick_radius))
+            continue;
+        glLoadName(b->number());
         const bool sticks =
             b->style() == GraphicsObject::StyleStick || b->style() == GraphicsObject::StyleBallAndStick;
         if (!sticks || !shapes_.cylinder_lo_res) {
@@ -819,7 +824,8 @@ void CrystalPainter::pick_contacts(const GraphicsCrystal& crystal)
     glPushName(0);
     for (const HGraphicsContact& c : crystal.contacts()) {
         const Vector3D along = c->ortho2() - c->ortho1();
-        if (!c->visible() || along.length() < zero_length)
+        if (!c->visible() || along.length() < zero_length ||
+            !near_((c->ortho1() + c->ortho2()) * 0.5, along.length() / 2 + 0.05))
             continue;
         glLoadName(c->number());
         if (c->style() == GraphicsObject::StyleWireframe || !shapes_.cylinder_lo_res) {

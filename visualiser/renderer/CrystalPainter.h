@@ -5,6 +5,7 @@
 #include "Vector3D.h"
 
 #include <array>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,8 +24,12 @@ public:
                    const RendererCrystalDisplaySettings& display);
 
     void draw(GraphicsCrystal& crystal);
+    // Whether an object whose bounding sphere is given may cover the picked pixels.
+    using PickFilter = std::function<bool(const Point& centre, double radius)>;
+
     // Under the renderer's name for the crystal: the object type, then each object's number.
-    void pick(GraphicsCrystal& crystal);
+    // Atoms, bonds and contacts that `near` turns down are left out.
+    void pick(GraphicsCrystal& crystal, const PickFilter& near);
     // A line of text at the bottom left of the view, in yellow.
     void draw_message(const std::string& text);
 
@@ -58,6 +63,7 @@ private:
     const ShapeLists& shapes_;
     const GLBitmapFont& font_;
     const RendererCrystalDisplaySettings& display_;
+    PickFilter near_;
     RGBA last_material_;
     bool material_set_ = false;
 };

@@ -82,7 +82,6 @@ Matrix4 translation(const Vector3D& v)
 
 struct CrystalLists {
     GLuint draw = 0;
-    GLuint pick = 0;
 };
 
 // The objects of one crystal by their numbers, for turning a pick's names into handles.
@@ -136,11 +135,9 @@ struct Renderer::Private : public Observer {
 
     void queue(CrystalLists& lists)
     {
-        for (GLuint* list : {&lists.draw, &lists.pick}) {
-            if (*list)
-                invalid_lists.insert(*list);
-            *list = 0;
-        }
+        if (lists.draw)
+            invalid_lists.insert(lists.draw);
+        lists.draw = 0;
     }
 
     // Projection times view, as setCamera builds it in GL.
@@ -178,6 +175,14 @@ struct Renderer::Private : public Observer {
         const Vector3D u = s.cross(f);
         const Matrix4 look{s.x, u.x, -f.x, 0, s.y, u.y, -f.y, 0, s.z, u.z, -f.z, 0, 0, 0, 0, 1};
         return p * projection * look * translation(-view.eye);
+    }
+
+    // From a crystal's orthogonal coordinates to clip coordinates, as paint and pick place it.
+    Matrix4 clip_matrix(GraphicsCrystal& crystal) const
+    {
+        const Point c = crystal.rotation_centre();
+        return camera() * gl_matrix(view.orientation) * translation(-view.rotation_centre) *
+               gl_matrix(crystal.orientation()) * translation(-c);
     }
 };
 
@@ -446,27 +451,43 @@ void Renderer::pick(int x, int y)
     glLoadIdentity();
     applyView();
     CrystalPainter painter(d_->settings, d_->shapes, d_->font, *d_->display);
-    for (auto& [crystal, lists] : d_->crystals) {
+    for (const auto& entry : d_->crystals) {
+        const HGraphicsCrystal& crystal = entry.first;
         if (!crystal->visible())
             continue;
-        if (lists.pick == 0) {
-            logDebug(3, "Renderer::pick about to compile the pick list");
-            lists.pick = glGenLists(1);
-            glPushMatrix();
-            glLoadIdentity();
-            glNewList(lists.pick, GL_COMPILE);
-            if (crystal->has_content())
-                painter.pick(*crystal);
-            glEndList();
-            glPopMatrix();
-        }
+        // Only the objects whose bounding sphere lands near the point go through selection mode,
+        // which Mesa runs on the processor vertex by vertex: a pick then costs a few objects
+        // rather than a frame.
+        const Matrix4 m = d_->clip_matrix(*crystal);
+        const auto near = [&](const Point& p, double radius) {
+            const auto at = [&](const Point& q) { return m * std::array<double, 4>{q.x, q.y, q.z, 1}; };
+            const std::array<double, 4> c = at(p);
+            if (c[3] <= 0)
+                return true;
+            const double w = d_->width, h = d_->height;
+            double reach2 = 0;
+            // The three axes of the sphere together reach at least its outline on the screen.
+            for (const Vector3D& axis :
+                 {Vector3D(radius, 0, 0), Vector3D(0, radius, 0), Vector3D(0, 0, radius)}) {
+                const std::array<double, 4> e = at(p + axis);
+                if (e[3] <= 0)
+                    return true;
+                const double dx = (e[0] / e[3] - c[0] / c[3]) / 2 * w,
+                             dy = (e[1] / e[3] - c[1] / c[3]) / 2 * h;
+                reach2 += dx * dx + dy * dy;
+            }
+            const double px = (c[0] / c[3] + 1) / 2 * w, py = h - (c[1] / c[3] + 1) / 2 * h;
+            // The pick box is 5 pixels square about the point.
+            return std::hypot(px - x, py - y) <= std::sqrt(reach2) + 4;
+        };
         glLoadName(crystal->number());
         glPushName(0);
         glPushMatrix();
         glMultMatrixd(gl_matrix(crystal->orientation()).data());
         const Point c = crystal->rotation_centre();
         glTranslated(-c.x, -c.y, -c.z);
-        glCallList(lists.pick);
+        if (crystal->has_content())
+            painter.pick(*crystal, near);
         glPopMatrix();
         glPopName();
     }
@@ -662,11 +683,8 @@ void Renderer::setFieldOfView(double degrees)
 
 bool Renderer::project(GraphicsCrystal& crystal, const Point& ortho, double& x, double& y) const
 {
-    const Point c = crystal.rotation_centre();
-    const Matrix4 model = gl_matrix(d_->view.orientation) * translation(-d_->view.rotation_centre) *
-                          gl_matrix(crystal.orientation()) * translation(-c);
     const std::array<double, 4> clip =
-        d_->camera() * model * std::array<double, 4>{ortho.x, ortho.y, ortho.z, 1};
+        d_->clip_matrix(crystal) * std::array<double, 4>{ortho.x, ortho.y, ortho.z, 1};
     if (clip[3] <= 0)
         return false;
     x = (clip[0] / clip[3] + 1) / 2 * d_->width;

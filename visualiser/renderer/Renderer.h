@@ -16,9 +16,9 @@ class Archive;
 
 // Draws GraphicsCrystals with OpenGL 1.1 immediate mode into whatever GL context is current, and
 // answers what lies under a pixel. It owns no window: a widget makes its context current and
-// calls initialiseGL, resize, paint and pick. Each crystal is compiled into two display lists, one
-// for drawing and one for picking, so that turning the view costs a matrix and a list call; the
-// lists are thrown away only when the crystal changes.
+// calls initialiseGL, resize, paint and pick. Each crystal is compiled into a display list, so
+// that turning the view costs a matrix and a list call; the list is thrown away only when the
+// crystal changes. A pick draws, in selection mode, only the objects that land near the point.
 class Renderer {
 public:
     enum ObjectType : int32_t {
@@ -64,8 +64,8 @@ public:
     void setMonitors(const std::vector<HGraphicsMonitor>& monitors);
     const std::vector<HGraphicsMonitor>& monitors() const;
 
-    // The crystal changed: its lists are queued for deletion and recompiled at the next paint or
-    // pick. The caller asks for the redraw.
+    // The crystal changed: its list is queued for deletion and recompiled at the next paint. The
+    // caller asks for the redraw.
     void graphicsCrystalUpdated(const HGraphicsCrystal& crystal);
     // Makes the crystal's centre the centre of rotation of the whole view.
     void graphicsCrystalCenterUpdated(const HGraphicsCrystal& crystal);

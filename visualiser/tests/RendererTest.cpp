@@ -37,10 +37,11 @@ protected:
         throw std::runtime_error("no atom " + label);
     }
 
-    QPoint at(const GraphicsAtom& a)
+    // Where the atom's centre, or a point `dx` Angstrom to its right, lands in the window.
+    QPoint at(const GraphicsAtom& a, double dx = 0)
     {
         double x = 0, y = 0;
-        EXPECT_TRUE(view.renderer().project(*crystal, a.ortho(), x, y));
+        EXPECT_TRUE(view.renderer().project(*crystal, a.ortho() + Vector3D(dx, 0, 0), x, y));
         return QPoint(static_cast<int>(x), static_cast<int>(y));
     }
 
@@ -90,17 +91,20 @@ TEST_F(RendererTest, AtomAppearsAndIsPickedWhereItsProjectionSays)
     const struct {
         const char* label;
         GraphicsObject::RenderingStyle style;
-    } cases[] = {{"S5'", GraphicsObject::StyleSpacefill},
-                 {"O1", GraphicsObject::StyleBallAndStick},
-                 {"C31", GraphicsObject::StyleStick},
-                 {"OW2", GraphicsObject::StyleWireframe}};
+        // Off the centre, as a fraction of the drawn radius: near the outline of a big sphere.
+        double off;
+    } cases[] = {{"S5'", GraphicsObject::StyleSpacefill, 0},
+                 {"S5'", GraphicsObject::StyleSpacefill, 0.8},
+                 {"O1", GraphicsObject::StyleBallAndStick, 0},
+                 {"C31", GraphicsObject::StyleStick, 0},
+                 {"OW2", GraphicsObject::StyleWireframe, 0}};
     const HGraphicsAtom hidden = atom("C6");
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.label);
+        SCOPED_TRACE(std::string(c.label) + " at " + std::to_string(c.off));
         const HGraphicsAtom shown = atom(c.label);
         show_only(shown, c.style);
         const QImage image = view.paint();
-        const QPoint p = at(*shown), q = at(*hidden);
+        const QPoint p = at(*shown, c.off * shown->radius()), q = at(*hidden);
         ASSERT_TRUE(image.rect().contains(p) && image.rect().contains(q));
         EXPECT_FALSE(backdrop(image.pixel(p)));
         EXPECT_TRUE(backdrop(image.pixel(q)));

@@ -6,37 +6,36 @@
 
 namespace {
 
-// One vertex with the normal of a unit sphere or of a cylinder's side.
-void vertex(const double normal[3], const double at[3])
+// Bands between rings of `slices` + 1 points (the last repeats the first), all in one triangle
+// strip, counter-clockwise seen from outside: a band runs upper, lower, upper, lower, and two
+// repeated points join it to the next without a visible triangle. One strip per shape lets Mesa
+// play a shape back as a single draw, and a strip shares each point between its triangles, where
+// separate triangles would send every point up to six times through the processor's lighting.
+void bands(int slices, int stacks, const double* rings, const double* normals, bool normals_per_ring)
 {
-    glNormal3dv(normal);
-    glVertex3dv(at);
-}
-
-// A band between two rings of `slices` + 1 points (the last repeats the first), as two triangles
-// per step, counter-clockwise seen from outside. Every band of a shape goes into one
-// GL_TRIANGLES primitive: Mesa then plays a shape back as a single draw, where a quad strip per
-// band costs a draw each.
-void band(int slices, const double (*upper)[3], const double (*lower)[3], const double (*upper_normal)[3],
-          const double (*lower_normal)[3])
-{
-    for (int j = 0; j < slices; ++j) {
-        vertex(upper_normal[j], upper[j]);
-        vertex(lower_normal[j], lower[j]);
-        vertex(upper_normal[j + 1], upper[j + 1]);
-        vertex(upper_normal[j + 1], upper[j + 1]);
-        vertex(lower_normal[j], lower[j]);
-        vertex(lower_normal[j + 1], lower[j + 1]);
+    const auto emit = [&](int ring, int j) {
+        const std::size_t at = static_cast<std::size_t>((ring * (slices + 1) + j) * 3);
+        glNormal3dv(normals + (normals_per_ring ? at : static_cast<std::size_t>(j * 3)));
+        glVertex3dv(rings + at);
+    };
+    glBegin(GL_TRIANGLE_STRIP);
+    for (int i = 0; i < stacks; ++i) {
+        if (i > 0)
+            emit(i + 1, 0);
+        for (int j = 0; j <= slices; ++j) {
+            emit(i + 1, j);
+            emit(i, j);
+        }
+        if (i + 1 < stacks)
+            emit(i, slices);
     }
+    glEnd();
 }
 
 // Latitude bands from the south pole to the north; a unit sphere's normals are its positions.
 void sphere(int slices, int stacks)
 {
     std::vector<double> rings(static_cast<std::size_t>((stacks + 1) * (slices + 1) * 3));
-    const auto ring = [&](int i) {
-        return reinterpret_cast<const double(*)[3]>(&rings[static_cast<std::size_t>(i * (slices + 1) * 3)]);
-    };
     for (int i = 0; i <= stacks; ++i) {
         const double phi = M_PI * (static_cast<double>(i) / stacks - 0.5);
         for (int j = 0; j <= slices; ++j) {
@@ -47,10 +46,7 @@ void sphere(int slices, int stacks)
             p[2] = std::sin(phi);
         }
     }
-    glBegin(GL_TRIANGLES);
-    for (int i = 0; i < stacks; ++i)
-        band(slices, ring(i + 1), ring(i), ring(i + 1), ring(i));
-    glEnd();
+    bands(slices, stacks, rings.data(), rings.data(), true);
 }
 
 void cylinder(int slices, int stacks)
@@ -70,14 +66,7 @@ void cylinder(int slices, int stacks)
             p[2] = static_cast<double>(i) / stacks;
         }
     }
-    const auto ring = [&](int i) {
-        return reinterpret_cast<const double(*)[3]>(&rings[static_cast<std::size_t>(i * (slices + 1) * 3)]);
-    };
-    const auto normal = reinterpret_cast<const double(*)[3]>(normals.data());
-    glBegin(GL_TRIANGLES);
-    for (int i = 0; i < stacks; ++i)
-        band(slices, ring(i + 1), ring(i), normal, normal);
-    glEnd();
+    bands(slices, stacks, rings.data(), normals.data(), false);
 }
 
 // Facing +z; a caller turns it round for the other end of a cylinder.

@@ -220,7 +220,11 @@ bool parse_group(const std::string& text, std::size_t& pos, std::map<std::string
                 elements[symbol] += count * times;
         } else {
             const std::size_t end = std::min(text.find_first_of(" ()", pos), text.size());
-            const std::string token = text.substr(pos, end - pos);
+            std::string token = text.substr(pos, end - pos);
+            // A charge written onto the symbol: "I-", "Na+".
+            if (!is_charge(token))
+                while (!token.empty() && (token.back() == '+' || token.back() == '-'))
+                    token.pop_back();
             if (!is_charge(token) && !add_token(token, elements))
                 return false;
             pos = end;

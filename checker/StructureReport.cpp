@@ -115,6 +115,47 @@ Cell filled_in(const CifDataBlock& block, const Cell& cell, std::vector<std::str
     return out;
 }
 
+void write_group_line(std::ostream& out, const StructureReport::Block& b)
+{
+    if (!b.spacegroup && !b.from_symbol)
+        return;
+    out << "  space group: ";
+    if (b.spacegroup)
+        out << group_text(*b.spacegroup) << " from the operators" << (b.from_symbol ? "; " : "");
+    if (b.from_symbol)
+        out << "the symbol gives " << group_text(*b.from_symbol);
+    out << '\n';
+}
+
+void write_group_json(std::ostream& out, const StructureReport::Block& b)
+{
+    out << ", \"spacegroup\": ";
+    if (!b.spacegroup && !b.from_symbol) {
+        out << "null";
+        return;
+    }
+    if (b.spacegroup)
+        out << "{\"name\": " << json_string(b.spacegroup->name())
+            << ", \"number\": " << b.spacegroup->number();
+    else
+        out << "{\"name\": null, \"number\": null";
+    out << ", \"from_symbol\": ";
+    if (b.from_symbol)
+        out << "{\"name\": " << json_string(b.from_symbol->name())
+            << ", \"number\": " << b.from_symbol->number() << "}";
+    else
+        out << "null";
+    out << "}";
+}
+
+void write_warnings_json(std::ostream& out, const StructureReport::Block& b)
+{
+    out << ", \"warnings\": [";
+    for (std::size_t k = 0; k < b.warnings.size(); ++k)
+        out << (k ? ", " : "") << json_string(b.warnings[k]);
+    out << "]";
+}
+
 } // namespace
 
 StructureReport::Block StructureReport::analyse(const CifDataBlock& block)
@@ -128,13 +169,19 @@ StructureReport::Block StructureReport::analyse(const CifDataBlock& block)
     if (const HCifDataItem given = block.item("_chemical_formula_moiety"))
         if (given->has_value() && !is_null(given->first_value()))
             out.moiety_given = given->first_value();
+    const Spacegroup symbol = CifCell::spacegroup_from_symbol(block);
+    if (symbol.row() >= 0)
+        out.from_symbol = symbol;
     try {
         out.cell = CifCell::cell(block, &out.warnings);
+        out.spacegroup = out.cell.spacegroup();
+        // The table holds some operator sets under more than one name ("C2/a" before "C2/m"):
+        // where the file's symbol is one of them, that is the name to show.
+        if (out.from_symbol && out.from_symbol->number() == out.spacegroup->number() &&
+            CifCell::same_operators(out.from_symbol->symmops(), out.spacegroup->symmops()))
+            out.spacegroup = *out.from_symbol;
         if (!out.cell.valid())
             out.cell = filled_in(block, out.cell, out.warnings);
-        const Spacegroup symbol = CifCell::spacegroup_from_symbol(block);
-        if (symbol.row() >= 0)
-            out.from_symbol = symbol;
         if (!out.cell.valid())
             out.warnings.push_back(
                 "the cell is missing a value or is impossible: fractional coordinates are taken "
@@ -149,6 +196,13 @@ StructureReport::Block StructureReport::analyse(const CifDataBlock& block)
         out.moiety = MoietyFormula::computed(maker);
     } catch (const std::exception& e) {
         out.failure = e.what();
+        // A label that names no element or a cell without its lengths says nothing against the
+        // operators: the group is still worth knowing.
+        if (!out.spacegroup)
+            try {
+                out.spacegroup = CifCell::extract_spacegroup_and_symmops(block, &out.warnings);
+            } catch (const std::exception&) {
+            }
         return out;
     }
     if (!out.moiety_given.empty()) {
@@ -183,15 +237,14 @@ void StructureReport::write_text(std::ostream& out, const std::string& file, con
         }
         if (!b.failure.empty()) {
             out << head << ": cannot build the structure: " << b.failure << '\n';
+            write_group_line(out, b);
+            for (const std::string& w : b.warnings)
+                out << "  warning: " << w << '\n';
             continue;
         }
         const Cell& c = b.cell;
-        const Spacegroup& g = c.spacegroup();
         out << head << '\n';
-        out << "  space group: " << group_text(g) << " from the operators";
-        if (b.from_symbol)
-            out << "; the symbol gives " << group_text(*b.from_symbol);
-        out << '\n';
+        write_group_line(out, b);
         out << "  cell: a " << parameter_text(c.a(), false) << ", b " << parameter_text(c.b(), false)
             << ", c " << parameter_text(c.c(), false) << ", alpha " << parameter_text(c.alpha(), true)
             << ", beta " << parameter_text(c.beta(), true) << ", gamma " << parameter_text(c.gamma(), true)
@@ -221,19 +274,15 @@ void StructureReport::write_json(std::ostream& out, const std::string& file, con
             continue;
         }
         if (!b.failure.empty()) {
-            out << ", \"error\": " << json_string(b.failure) << "}";
+            out << ", \"error\": " << json_string(b.failure);
+            write_group_json(out, b);
+            write_warnings_json(out, b);
+            out << "}";
             continue;
         }
         const Cell& c = b.cell;
-        const Spacegroup& g = c.spacegroup();
-        out << ", \"spacegroup\": {\"name\": " << json_string(g.name()) << ", \"number\": " << g.number()
-            << ", \"from_symbol\": ";
-        if (b.from_symbol)
-            out << "{\"name\": " << json_string(b.from_symbol->name())
-                << ", \"number\": " << b.from_symbol->number() << "}";
-        else
-            out << "null";
-        out << "}, \"cell\": {\"a\": " << json_string(parameter_text(c.a(), false))
+        write_group_json(out, b);
+        out << ", \"cell\": {\"a\": " << json_string(parameter_text(c.a(), false))
             << ", \"b\": " << json_string(parameter_text(c.b(), false))
             << ", \"c\": " << json_string(parameter_text(c.c(), false))
             << ", \"alpha\": " << json_string(parameter_text(c.alpha(), true))
@@ -249,10 +298,9 @@ void StructureReport::write_json(std::ostream& out, const std::string& file, con
         }
         out << "], \"moiety\": " << json_string(b.moiety.text()) << ", \"moiety_given\": "
             << (b.moiety_given.empty() ? std::string("null") : json_string(b.moiety_given))
-            << ", \"moiety_agreement\": " << agreement_word(b.moiety_agreement) << ", \"warnings\": [";
-        for (std::size_t k = 0; k < b.warnings.size(); ++k)
-            out << (k ? ", " : "") << json_string(b.warnings[k]);
-        out << "]}";
+            << ", \"moiety_agreement\": " << agreement_word(b.moiety_agreement);
+        write_warnings_json(out, b);
+        out << "}";
     }
     out << (first_block ? "]}" : "\n    ]}");
 }

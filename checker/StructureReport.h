@@ -24,6 +24,8 @@ public:
         // Why the structure could not be built; empty when it was.
         std::string failure;
         Cell cell;
+        // The group the operators give, known also when the atoms or the cell could not be read.
+        std::optional<Spacegroup> spacegroup;
         std::optional<Spacegroup> from_symbol;
         int atoms = 0;
         int bonds = 0;

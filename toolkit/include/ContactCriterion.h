@@ -44,6 +44,11 @@ public:
     void set_type(int type) { type_ = type; }
     bool type_match(bool same_molecule) const;
     bool path_match(int path) const { return path >= min_path_ && path <= max_path_; }
+    void set_paths(int min_path, int max_path)
+    {
+        min_path_ = min_path;
+        max_path_ = max_path;
+    }
     int min_path() const { return min_path_; }
     int max_path() const { return max_path_; }
     // "type: ", the kind, ", min bond path: " and ", max bond path: ".

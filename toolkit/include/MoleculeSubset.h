@@ -15,11 +15,13 @@ public:
     HMolecule clone() const override;
     void print(std::ostream& out) const override;
 
-    // The parent's atom behind an atom of the subset; null for an atom that is not one.
+    // The parent's atom behind an atom of the subset; null for an atom that is not one, or whose
+    // parent atom has gone.
     HAtom parent_atom(const HAtom& atom) const;
 
 private:
     std::string refcode_;
-    std::map<HAtom, HAtom> atom_sub_mol;
-    std::vector<HBond> bond_vec;
+    // The parent's atoms and bonds are not kept alive by a view of them.
+    std::map<HAtom, TWeakHandle<Atom>> atom_sub_mol;
+    std::vector<TWeakHandle<Bond>> bond_vec;
 };

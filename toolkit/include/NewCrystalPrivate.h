@@ -91,6 +91,10 @@ public:
     // Where each molecule and each placeholder of the current snapshot stands in it.
     std::map<PlacementKey, int> current_index;
     std::map<std::pair<PlacementKey, int>, int> placeholder_index;
+    // Copies made for expansions and placeholders, kept while the maker stands, so that a rebuild
+    // after each expansion does not copy them all again.
+    std::map<PlacementKey, HMolecule> expansion_copies;
+    std::map<std::pair<PlacementKey, int>, HMolecule> placeholder_copies;
     // The current snapshot holds merged molecules until the next change.
     bool converted = false;
     HCrystal crystal;

@@ -41,7 +41,7 @@ HMolecule MoleculeSubset::clone() const
 HAtom MoleculeSubset::parent_atom(const HAtom& atom) const
 {
     const auto it = atom_sub_mol.find(atom);
-    return it == atom_sub_mol.end() ? HAtom() : it->second;
+    return it == atom_sub_mol.end() ? HAtom() : it->second.lock();
 }
 
 void MoleculeSubset::print(std::ostream& out) const

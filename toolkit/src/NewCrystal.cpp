@@ -202,6 +202,11 @@ void NewCrystal::update_contact_criterion(const HContactCriterion& old_criterion
 
 void NewCrystal::find_contacts()
 {
+    if (!d_->base_contacts_valid)
+        d_->calculate_base_contacts();
+    // With no contact from any molecule of the maker there is none from any copy either.
+    if (d_->base_contacts.empty())
+        return;
     const NewCrystalPrivate::Snapshot placements = d_->current();
     int added = 0;
     for (const NewCrystalPrivate::Placement& p : placements)

@@ -108,6 +108,8 @@ void NewCrystalPrivate::set_maker(const HCrystalMaker& maker)
         maker_centroids.push_back(m->centroid());
     contacts.clear();
     expansions.clear();
+    expansion_copies.clear();
+    placeholder_copies.clear();
     deleted.clear();
     joined.clear();
     polymer_groups.clear();
@@ -213,8 +215,12 @@ void NewCrystalPrivate::build_current()
     };
     for (const Placement& p : snapshots[SlicingLink])
         place(p);
-    for (const SymmMap& map : expansions)
-        place({images->copy(*crystal_maker->molecule(map.id), map), map});
+    for (const SymmMap& map : expansions) {
+        HMolecule& copy = expansion_copies[key_of(map)];
+        if (!copy)
+            copy = images->copy(*crystal_maker->molecule(map.id), map);
+        place({copy, map});
+    }
     for (const HMolecularContact& c : contacts) {
         if (!c->active || !current_index.count(key_of(c->from_map)))
             continue;
@@ -223,11 +229,14 @@ void NewCrystalPrivate::build_current()
         if (current_index.count(key) || placeholder_index.count({key, c->to_atom}))
             continue;
         // The far atom alone, where the whole molecule would stand.
-        const HMolecule maker_molecule = crystal_maker->molecule(to.id);
-        Molecule3d single;
-        single.add(HAtom(new Atom3d(*maker_molecule->atom(c->to_atom))));
+        HMolecule& copy = placeholder_copies[{key, c->to_atom}];
+        if (!copy) {
+            Molecule3d single;
+            single.add(HAtom(new Atom3d(*crystal_maker->molecule(to.id)->atom(c->to_atom))));
+            copy = images->copy(single, to);
+        }
         placeholder_index.emplace(std::make_pair(key, c->to_atom), static_cast<int>(cur.size()));
-        cur.push_back({images->copy(single, to), to, true});
+        cur.push_back({copy, to, true});
     }
     valid[CurrentLink] = true;
     crystal = HCrystal();

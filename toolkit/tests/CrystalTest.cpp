@@ -1,5 +1,6 @@
 #include "Archive.h"
 #include "Atom3d.h"
+#include "Bond3d.h"
 #include "IfAnyIncluded.h"
 #include "Molecule3d.h"
 #include "NewCrystal.h"
@@ -8,6 +9,7 @@
 #include "ToolkitTestSupport.h"
 #include "VdWCriterion.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <sstream>
 
@@ -114,6 +116,78 @@ TEST(Crystal, MementoThroughAnArchive)
     ASSERT_NE(word, std::string::npos);
     unknown.replace(word, 3, "Xyz");
     EXPECT_EQ(failure(unknown), "Unrecognised contact definition: XyzCriterion");
+}
+
+// Edits made on any symmetry copy reach the maker's molecule, and so every copy; edits that name
+// nothing in the crystal, or would join a molecule to its own copy, fail with their texts.
+TEST(Crystal, EditsOnCopiesReachTheMaker)
+{
+    const Cell cell(UncertainValue(10), UncertainValue(10), UncertainValue(10), UncertainValue(90),
+                    UncertainValue(90), UncertainValue(90), Spacegroup("P-1"));
+    const auto ethane_carbons = [&cell] {
+        HCrystalMaker maker(new CrystalMaker);
+        static_cast<Cell&>(*maker) = cell;
+        std::vector<HAtom> atoms;
+        for (const Vector3D& p : {Vector3D(0.1, 0.1, 0.1), Vector3D(0.25, 0.1, 0.1)}) {
+            atoms.emplace_back(
+                new Atom3d(Element("C"), "C" + std::to_string(atoms.size() + 1), HSite(new Site(p))));
+            atoms.back()->set_symmtag(static_cast<int32_t>(atoms.size() - 1));
+        }
+        maker->add_molecule(HMolecule(new Molecule3d("ethane", atoms, {{0, 1}})));
+        return maker;
+    };
+    struct Case {
+        const char* what;
+        std::function<void(NewCrystal&, const HMolecule&, const HMolecule&)> edit;
+        std::string failure;
+        int atoms, bonds; // of the packed cell afterwards
+    };
+    const std::vector<Case> cases = {
+        {"an atom of the inverted copy",
+         [](NewCrystal& c, const HMolecule&, const HMolecule& inverted) { c.remove(inverted->atom(1)); }, "",
+         2, 0},
+        {"a bond of the inverted copy",
+         [](NewCrystal& c, const HMolecule&, const HMolecule& inverted) {
+             c.set_bond_type(inverted->bond(0), BondDouble);
+             // A rebuild makes new copies: the bond is taken again, from the other copy.
+             const HMolecule first = c.current()->molecule(0);
+             EXPECT_EQ(first->bond(0)->type(), BondDouble);
+             c.remove(first->bond(0));
+         },
+         "", 4, 0},
+        {"a molecule to its own copy",
+         [](NewCrystal& c, const HMolecule& first, const HMolecule& inverted) {
+             c.add(HBond(new Bond3d), first->atom(0), inverted->atom(0));
+         },
+         "NewCrystal::add(HBond, HAtom, HAtom): Cannot join together two symmetry-related molecules.", 4, 2},
+        {"an atom of no crystal",
+         [](NewCrystal& c, const HMolecule&, const HMolecule&) {
+             c.remove(HAtom(new Atom3d(Element("C"), "C9", HSite(new Site({0.5, 0.5, 0.5})))));
+         },
+         "NewCrystal::remove(HAtom): atom is not related to any of the atoms in this crystal", 4, 2},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        NewCrystal crystal(ethane_carbons());
+        crystal.set_packing(true);
+        const HCrystal before = crystal.current();
+        ASSERT_EQ(before->nmolecules(), 2);
+        EXPECT_EQ(failure_of([&] { c.edit(crystal, before->molecule(0), before->molecule(1)); }),
+                  c.failure.empty() ? "no failure" : c.failure);
+        EXPECT_EQ(crystal.current()->natoms(), c.atoms);
+        EXPECT_EQ(crystal.current()->nbonds(), c.bonds);
+    }
+}
+
+// A crystal takes a molecule once: one with the atoms and centroid of one it holds is the same.
+TEST(Crystal, MergeKeepsOneOfEachMolecule)
+{
+    const HCrystalMaker maker = atoms_in(cubic(3.61, "Fm-3m"), {{"Cu", {0, 0, 0}}, {"Cu", {0.5, 0.5, 0}}});
+    Crystal crystal(*maker, Hvector_HMolecule());
+    EXPECT_TRUE(crystal.merge(maker->molecule(0)));
+    EXPECT_FALSE(crystal.merge(maker->molecule(0)->clone()));
+    EXPECT_TRUE(crystal.merge(maker->molecule(1)));
+    EXPECT_EQ(crystal.nmolecules(), 2);
 }
 
 // Observers hear of a change once, in the order they connected; nothing changed, nothing heard.

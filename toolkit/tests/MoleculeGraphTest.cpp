@@ -1,9 +1,11 @@
 #include "Bond3d.h"
 #include "MoleculeSubset.h"
 #include "MoleculeTestSupport.h"
+#include "OrderedGraph.h"
 #include "ToolkitTestSupport.h"
 
 #include <map>
+#include <set>
 
 namespace {
 
@@ -195,4 +197,66 @@ TEST(MoleculeGraph, EditsKeepTheGraphWhole)
               "Molecule::bond(HAtom, HAtom) no bond between atom1 and atom2 in this molecule"},
          })
         EXPECT_EQ(failure_of(what), expected);
+    // The view outlives the atoms it shows, and says so.
+    m->clear();
+    EXPECT_EQ(failure_of([&] { subset->atom(0)->element(); }),
+              "ProxyAtom::element - atom is no longer valid");
+}
+
+// The failures of the graph and of atoms and bonds in it, each with its text.
+TEST(MoleculeGraph, FailuresCarryTheirTexts)
+{
+    Graph<int, int> g;
+    g.add_edge(10, 1, 2);
+    g.add_edge(11, 2, 3);
+    OrderedGraph<int, int> ordered;
+    IndexedTable<int> table;
+    const THandle<Molecule3d> water =
+        molecule_of({{"O", {0, 0, 0}}, {"H", {0.96, 0, 0}}, {"H", {-0.24, 0.93, 0}}});
+    const HAtom loose(new Atom3d(Element("C"), "C", HSite()));
+    std::set<int> ring;
+    const std::vector<std::pair<std::function<void()>, std::string>> cases = {
+        {[] { Edge<int, int>(1, 1, 0); }, "Edge::Edge - invalid edge: id1 equals id2"},
+        {[&] { g.add_edge(10, 3, 4); }, "Graph::add_edge - duplicate edge identifier"},
+        {[&] { g.add_edge(12, 2, 1); },
+         "Graph::add_edge - attempt to add edge twice with different identifiers"},
+        {[&] { g.edge_id(1, 3); }, "Graph::edge_id:  no edge between the two specified nodes"},
+        {[&] { g.edge_node_id1(99); }, "Graph::edge_node_id1:  no edge with specified id"},
+        {[&] { g.node_begin_neighbours(9); }, "Graph::node_begin_neighbours:  no node with specified id"},
+        {[&] {
+             g.nodes_to_edges({1, 9});
+         },
+         "Graph::nodes_to_edges:   at least one of the nodes does not exist in graph"},
+        {[&] { g.nodes_one_side(1, 3); },
+         "Graph::nodes_one_side(): no edge containing node1_id and node2_id"},
+        {[&] { g.node2_smallest_ring(1, ring); },
+         "Graph::node2_smallest_ring(Tn& root, std::set<Tn>& ring):root node does not have degree = 2"},
+        {[&] { g.edge_smallest_ring(1, 3, ring); }, "Graph::edge_smallest_ring(Tn& node1_id, Tn& node2_id, "
+                                                    "std::set<Tn>& ring):node1_id and node2_id are not "
+                                                    "connected"},
+        {[&] { g.angle_smallest_ring(1, 3, 2, ring); },
+         "Graph::angle_smallest_ring(Tn& left, Tn& middle, Tn& right, std::set<Tn>& ring):nodes not "
+         "connected in "
+         "sequence left-middle-right"},
+        {[&] { g.is_edge_cyclic(99); },
+         "Graph::is_edge_cyclic(Te& edge_id, int* ringsize): specified edge does not exist"},
+        {[&] { ordered.node_index(5); }, "OrderedGraph::node_index:  no node with the specified id"},
+        {[&] { table.value(0); }, "IndexedTable::value Illegal index"},
+        {[&] { table.index(7); }, "IndexedTable::index(Value): Unknown value."},
+        {[&] { loose->nbonds(); }, "AtomInGraph::nbonds cannot work when graph_ == 0"},
+        {[&] { dynamic_cast<AtomInGraph&>(*loose).set_graph(water.get(), HAtom()); },
+         "AtomInGraph::set_graphgraph is non-zero: self cannot be zero"},
+        {[&] { dynamic_cast<AtomInGraph&>(*loose).set_graph(water.get(), water->atom(0)); },
+         "AtomInGraph::set_graphself does not point to this AtomInGraph object"},
+        {[&] { water->bond(0)->other_atom(loose); }, "Bond::other_atom(HAtom) atom is not in this bond"},
+        {[&] { water->bond(0)->set_type(static_cast<BondType>(10)); },
+         "Bond3d::set_type: Illegal bond type."},
+        {[&] { water->add(HAtom()); }, "MoleculeGraphImpl::add_node(HAtom) atom is a null pointer"},
+        {[&] { water->has_bond(HBond()); }, "MoleculeGraphImpl::has_bond(HBond) bond is a null pointer"},
+    };
+    for (const auto& [what, expected] : cases)
+        EXPECT_EQ(failure_of(what), expected);
+    // A failed change leaves the graph as it was.
+    EXPECT_EQ(g.edge_count(), 2);
+    EXPECT_EQ(water->natoms(), 3);
 }

@@ -31,4 +31,7 @@ Spacegroup extract_spacegroup_and_symmops(const CifDataBlock& block,
 // The group the block's symbol names, or one named "Unknown" when it names none or gives none.
 Spacegroup spacegroup_from_symbol(const CifDataBlock& block);
 
+// Whether two operator lists are the same set, up to lattice translations.
+bool same_operators(std::vector<SymmOp> a, std::vector<SymmOp> b);
+
 } // namespace CifCell

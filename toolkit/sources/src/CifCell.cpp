@@ -6,6 +6,7 @@
 #include "NumberText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -44,17 +45,6 @@ void warn(std::vector<std::string>* warnings, const std::string& text)
     logWarning("%s", text.c_str());
     if (warnings)
         warnings->push_back(text);
-}
-
-// Whether two operator lists are the same set, up to lattice translations.
-bool same_operators(std::vector<SymmOp> a, std::vector<SymmOp> b)
-{
-    if (a.size() != b.size())
-        return false;
-    std::sort(a.begin(), a.end());
-    std::sort(b.begin(), b.end());
-    return std::equal(a.begin(), a.end(), b.begin(),
-                      [](const SymmOp& x, const SymmOp& y) { return x.equivalent(y); });
 }
 
 // Fails unless every product of two operators is one of them.
@@ -97,6 +87,16 @@ CifCell::SymmetryItems CifCell::symmetry_items(const CifDataBlock& block)
             first_found(block, {"_space_group_symop_operation_xyz", "_symmetry_equiv_pos_as_xyz"})};
 }
 
+bool CifCell::same_operators(std::vector<SymmOp> a, std::vector<SymmOp> b)
+{
+    if (a.size() != b.size())
+        return false;
+    std::sort(a.begin(), a.end());
+    std::sort(b.begin(), b.end());
+    return std::equal(a.begin(), a.end(), b.begin(),
+                      [](const SymmOp& x, const SymmOp& y) { return x.equivalent(y); });
+}
+
 Spacegroup CifCell::spacegroup_from_symbol(const CifDataBlock& block)
 {
     const SymmetryItems items = symmetry_items(block);
@@ -130,7 +130,17 @@ Spacegroup CifCell::extract_spacegroup_and_symmops(const CifDataBlock& block,
                 logDebug(2, "CifCell::extract_spacegroup_and_symmops ignoring text: %s", text.c_str());
                 continue;
             }
-            ops.emplace_back(text);
+            SymmOp op(text);
+            // "0.6667" is how some programs write 2/3: a translation within 0.0005 of a twelfth
+            // is that twelfth, so that such operators still close into their group.
+            Vector3D t = op.trans();
+            for (int k = 0; k < 3; ++k) {
+                const double twelfths = std::round(t[k] * 12);
+                if (std::fabs(t[k] * 12 - twelfths) < 0.006)
+                    t[k] = twelfths / 12;
+            }
+            op.set_trans(t);
+            ops.push_back(op);
         }
     Spacegroup group;
     if (!ops.empty()) {

@@ -148,13 +148,14 @@ void CifFile::write_cell(CifDataBlock& block, const Cell& cell) const
     set_value(block, "_cell_angle_gamma", number_text(cell.gamma().value * degrees, 4));
     set_value(block, "_symmetry_space_group_name_H-M", cell.spacegroup().name());
     set_value(block, "_symmetry_Int_Tables_number", std::to_string(cell.spacegroup().number()));
+    // A loop is made of its items first, and then filled row by row.
     const HCifDataItem ids = block.add_item("_symmetry_equiv_pos_site_id");
     const HCifDataItem ops = block.add_item("_symmetry_equiv_pos_as_xyz");
+    block.make_loop({"_symmetry_equiv_pos_site_id", "_symmetry_equiv_pos_as_xyz"});
     for (int k = 0; k < cell.nsymmops(); ++k) {
         ids->add_value(std::to_string(k + 1));
         ops->add_value(cell.symmop(k).text());
     }
-    block.make_loop({"_symmetry_equiv_pos_site_id", "_symmetry_equiv_pos_as_xyz"});
 }
 
 void CifFile::write_atoms(CifDataBlock& block, const std::vector<HMolecule>& molecules) const
@@ -164,6 +165,7 @@ void CifFile::write_atoms(CifDataBlock& block, const std::vector<HMolecule>& mol
     HCifDataItem items[5];
     for (int k = 0; k < 5; ++k)
         items[k] = block.add_item(names[k]);
+    block.make_loop({names, names + 5});
     for (const HMolecule& m : molecules)
         for (int i = 0; i < m->natoms(); ++i) {
             const HAtom a = m->atom(i);
@@ -173,7 +175,6 @@ void CifFile::write_atoms(CifDataBlock& block, const std::vector<HMolecule>& mol
             for (int k = 0; k < 3; ++k)
                 items[2 + k]->add_value(number_text(f[k], 6));
         }
-    block.make_loop({names, names + 5});
 }
 
 void CifFile::add(const CrystalMaker& crystal_maker)

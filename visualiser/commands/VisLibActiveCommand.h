@@ -1,5 +1,6 @@
 #pragma once
 
+#include "GraphicsObjectCommand.h"
 #include "VisLibCrystalManagerCommand.h"
 
 // Makes one crystal active or not: commands reach only the active crystals ("Change Active

@@ -1,4 +1,4 @@
-#include "MainWindowTestSupport.h"
+#include "GuiTestSupport.h"
 #include "QcbsFindDialog.h"
 #include "QcbsGotoLineDialog.h"
 #include "QcbsReplaceDialog.h"

@@ -1,10 +1,10 @@
-#include "MainWindowTestSupport.h"
+#include "GuiTestSupport.h"
+#include "QcbsApplication.h"
 #include "QcbsErrorListView.h"
 #include "QcbsOutputPane.h"
 #include "QcbsRichTextEdit.h"
 
-#include <QAction>
-#include <QPrinter>
+#include <QStatusBar>
 #include <QTextBlock>
 #include <QTreeWidgetItem>
 #include <csignal>
@@ -13,6 +13,55 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace {
+
+// The names of the files held by the open windows, sorted, untitled documents left out.
+QStringList loadedNames()
+{
+    QStringList names;
+    for (QcbsMainWindow* window : openWindows())
+        if (window->hasDocument() && !window->fileName().startsWith(QcbsMainWindow::untitledPrefix()))
+            names << QFileInfo(window->fileName()).fileName();
+    names.sort();
+    return names;
+}
+
+// Every window reads the preferences from the store when it is built, so the switch is stored.
+void setReuseWindow(bool on)
+{
+    QcbsMainWindow::preferences().reuseWindow = on;
+    QcbsMainWindow::preferences().write();
+}
+
+const QString smallCif =
+    QStringLiteral("data_a\n_cell_length_a 5.0\n_cell_length_b\n 6.0\nloop_\n_atom_site_label\n"
+                   "_atom_site_type_symbol\nC1 C\nO1 O\n# end of atoms\n_cell_angle_alpha 90\n"
+                   "data_b\n_cell_length_a 7.0\n");
+
+struct LineCase {
+    bool reuse;
+    QStringList files;
+    int windows;
+    bool box;
+    QStringList loaded;
+    QString status;
+};
+struct CloseCase {
+    int windows;
+    bool loaded, typed, closes, renewed;
+};
+struct EditCase {
+    QString call;          // the route, the cursor's line and the arguments, separated by '|'
+    QString from, to;      // the text changed: what the document held and what it holds after
+    bool capitals = false; // the second heading written in capitals
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(LineCase)
+Q_DECLARE_METATYPE(CloseCase)
+Q_DECLARE_METATYPE(EditCase)
+
 class QcbsMainWindowTest : public QObject {
     Q_OBJECT
     WindowFixture fx_;
@@ -20,42 +69,6 @@ class QcbsMainWindowTest : public QObject {
 private slots:
     void init() { fx_.reset(); }
     void cleanup() { fx_.reset(); }
-
-    void actions()
-    {
-        // Object name, text, shortcut, tool tip (empty: not checked).
-        const QStringList table[] = {
-            {"fileNew", "&New", "Ctrl+N", ""},
-            {"fileOpen", "&Open...", "Ctrl+O", ""},
-            {"fileSave", "&Save...", "Ctrl+S", ""},
-            {"fileSaveAs", "Save &As...", "", ""},
-            {"filePrint", "&Print...", "Ctrl+P", ""},
-            {"fileClose", "&Close File", "Ctrl+W", ""},
-            {"fileExit", "E&xit", "Ctrl+Q", ""},
-            {"edotRedo", "&Redo", "Ctrl+Y", ""},
-            {"combi", "Merge Template", "", "Merge Template into CIF block"},
-            {"editSelectall", "Select A&ll", "Ctrl+A", ""},
-            {"reparse", "Chec&k", "Ctrl+K", "Check CIF for errors (Ctrl+K)"},
-            {"ihelp", "&Item Help", "Ctrl+I", "Pop-up Help for DataItems (Ctrl+I)"},
-            {"ihelp", "&Browser", "Ctrl+B", "Browse data and dictionary (Ctrl+B)"},
-            {"wizcrystal", "Crystal Wizard", "", "Crystal Data Wizard"},
-            {"edloop", "Edit Loop", "Ctrl+L", "Edit Loop (Ctrl+L)"},
-            {"find", "&Find...", "Ctrl+F", ""},
-            {"go to line", "&Go to line...", "Ctrl+G", ""},
-            {"lumenia", "Open in &Lumenia", "", "Open in Lumenia"},
-        };
-        ScriptedWindow* window = fx_.newWindow();
-        for (const QStringList& row : table) {
-            QAction* found = nullptr;
-            for (QAction* action : window->findChildren<QAction*>(row[0]))
-                if (action->text() == row[1])
-                    found = action;
-            QVERIFY2(found, qPrintable(row.join(" / ")));
-            QCOMPARE(found->shortcut().toString(), row[2]);
-            if (!row[3].isEmpty())
-                QCOMPARE(found->toolTip(), row[3]);
-        }
-    }
 
     void openCheckJumpEditSaveReopen()
     {
@@ -103,14 +116,9 @@ private slots:
         };
         row("line feeds become CR LF", "data_a\n_cell_length_a 5.0\n", {}, "data_a\r\n_cell_length_a 5.0\r\n",
             "Read 2 lines.");
-        row("CR LF kept", "data_a\r\n_x 1\r\n", {}, "data_a\r\n_x 1\r\n", "Read 2 lines.");
-        row("only one trailing blank removed", "data_a  \n_x 1\t\n_y 2   \n", {},
-            "data_a \r\n_x 1\r\n_y 2  \r\n", "Read 3 lines.");
         row("last line has no line end", "data_a\n", "data_a\n_x 1", "data_a\r\n_x 1", "Read 1 line.");
-        row("one line without end", "data_one", "data_one", "data_one", "Read 1 line.");
         row("Latin-1 bytes kept", "data_a\n_name 'M\xfcller'\n", {}, "data_a\r\n_name 'M\xfcller'\r\n",
             "Read 2 lines.");
-        row("empty file", "", {}, "", "Read 0 lines.");
     }
     void openAndSave()
     {
@@ -222,59 +230,121 @@ private slots:
         QCOMPARE(QDir(place.path()).entryList(QDir::Files), QStringList{QStringLiteral("victim.cif")});
     }
 
-    void recentPathKeepsItsPlace()
+    void commandLineFiles_data()
     {
-        const QString a = fx_.makeFile(QStringLiteral("recent-a.cif"), "data_a\n");
-        const QString b = fx_.makeFile(QStringLiteral("recent-b.cif"), "data_b\n");
-        ScriptedWindow* window = fx_.newWindow();
-        QcbsMainWindow::preferences().reuseWindow = true;
-        for (const QString& path : {a, b, a})
-            QVERIFY(window->fileOpen(path, false));
-        const QStringList recent = QcbsMainWindow::recentFiles();
-        QVERIFY(recent.indexOf(a) >= 0);
-        QVERIFY(recent.indexOf(a) < recent.indexOf(b));
-        QCOMPARE(recent.count(a), 1);
-        QCOMPARE(window->fileName(), a);
+        const QString missing = QStringLiteral("Error: Could not open file \"{dir}/missing.cif\"");
+        addRows<LineCase>({
+            {"reuse window: only the first of three",
+             {true, {"a.cif", "b.cif", "c.cif"}, 1, true, {"a.cif"}, "Ready"}},
+            // The first window stays blank and so counts as reusable whatever the preference says.
+            {"blank first window stops the list",
+             {false, {"missing.cif", "a.cif", "b.cif"}, 1, true, {}, missing}},
+        });
+    }
+    void commandLineFiles()
+    {
+        QFETCH(LineCase, row);
+        setReuseWindow(row.reuse);
+        QStringList paths;
+        for (const QString& name : row.files)
+            paths << (name == QLatin1String("missing.cif") ? fx_.path(name) : fx_.makeFile(name));
+
+        ScriptedWindow* first = fx_.newWindow();
+        ModalCatcher catcher(first);
+        QcbsApplication::openCommandLineFiles(first, paths);
+
+        const QString single = QStringLiteral("Information|Your preferences are set for single window mode, "
+                                              "only the first CIF will be opened.|window hidden");
+        QCOMPARE(catcher.seen, row.box ? QStringList{single} : QStringList());
+        QVERIFY(first->isVisible());
+        QCOMPARE(openWindows().size(), row.windows);
+        QCOMPARE(loadedNames(), row.loaded);
+        QCOMPARE(first->statusBar()->currentMessage(), row.status.replace("{dir}", fx_.path()));
+        if (!row.loaded.isEmpty())
+            QCOMPARE(first->windowTitle(), QStringLiteral("Cifward - ") + row.loaded.first());
+        QVERIFY(ScriptedWindow::shown.isEmpty());
     }
 
-    void cancelStopsExit()
+    void closeRequested_data()
     {
-        QPointer<ScriptedWindow> first = fx_.newWindow(), second = fx_.newWindow();
-        first->editor()->insertPlainText(QStringLiteral("data_first"));
-        second->editor()->insertPlainText(QStringLiteral("data_second"));
-        ScriptedWindow::answers = {QMessageBox::Cancel, QMessageBox::Cancel};
-        first->fileExit();
-        QCOMPARE(openWindows().size(), 2);
-        QCOMPARE(ScriptedWindow::shown.size(), 1);
-        QCOMPARE(ScriptedWindow::shown.first().text, QStringLiteral("Save changes to current file?"));
-
-        ScriptedWindow::answers = {QMessageBox::No, QMessageBox::No};
-        first->fileExit();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!first && !second);
+        addRows<CloseCase>({
+            {"one window, file loaded", {1, true, false, false, true}},
+            {"two windows", {2, true, false, true, false}},
+            {"two windows, text typed", {2, false, true, true, false}},
+        });
     }
-
-    void printsPages()
+    void closeRequested()
     {
-        for (const auto& [lines, fewest, most] : {std::tuple(1, 1, 1), std::tuple(200, 3, 8)}) {
-            ScriptedWindow* window = fx_.newWindow();
-            QStringList text;
-            for (int n = 0; n < lines; ++n)
-                text << QStringLiteral("_item_%1 %1").arg(n);
-            window->editor()->setPlainText(text.join('\n'));
-            const QString pdf = fx_.path(QStringLiteral("print.pdf"));
-            QPrinter printer(QPrinter::HighResolution);
-            printer.setOutputFormat(QPrinter::PdfFormat);
-            printer.setOutputFileName(pdf);
-            printer.setPageSize(QPageSize(QPageSize::A4));
-            printer.setPdfVersion(QPagedPaintDevice::PdfVersion_1_4);
-            QVERIFY(window->printTo(printer));
-            const QByteArray bytes = readBytes(pdf);
-            QVERIFY(bytes.startsWith("%PDF"));
-            const int pages = bytes.count("/Type /Page\n") + bytes.count("/Type /Page\r") +
-                              bytes.count("/Type /Page ") + bytes.count("/Type /Page/");
-            QVERIFY2(pages >= fewest && pages <= most, qPrintable(QString::number(pages)));
+        QFETCH(CloseCase, row);
+        QPointer<ScriptedWindow> window = fx_.newWindow();
+        QPointer<ScriptedWindow> other = row.windows > 1 ? fx_.newWindow() : nullptr;
+        if (row.loaded)
+            QVERIFY(window->fileOpen(fx_.makeFile(QStringLiteral("close.cif")), false));
+        if (row.typed)
+            window->editor()->insertPlainText(QStringLiteral("data_typed"));
+        const QString before = window->fileName();
+        ScriptedWindow::answers = {QMessageBox::No};
+
+        window->fileCloseRequested();
+
+        QCOMPARE(openWindows().size(), row.closes ? row.windows - 1 : row.windows);
+        QCOMPARE(ScriptedWindow::shown.size(), row.typed ? 1 : 0);
+        if (row.typed)
+            QCOMPARE(ScriptedWindow::shown.first().text, QStringLiteral("Save changes to current file?"));
+        QCOMPARE(window.isNull(), row.closes);
+        if (row.closes) {
+            QVERIFY(other && other->isVisible());
+            return;
         }
+        QCOMPARE(window->fileName() != before, row.renewed);
+        QVERIFY(window->fileName().startsWith(QcbsMainWindow::untitledPrefix()));
+        QVERIFY(window->editor()->document()->isEmpty());
+        QVERIFY(window->windowTitle().startsWith(QStringLiteral("Cifward - untitled")));
+    }
+
+    void editsFromTools_data()
+    {
+        addRows<EditCase>({
+            {"item value in place", {"item|1|data_a|_cell_length_a|5.5", "a 5.0", "a 5.5"}},
+            // Block names are case-insensitive.
+            {"block header in capitals", {"item|1|data_b|_cell_length_a|7.25(3)", "7.0", "7.25(3)", true}},
+            {"loop with a row added",
+             {"loop|8|loop_\n_atom_site_label\n_atom_site_type_symbol\nC1 C\nO1 O\nN1 N\n", "O1 O\n",
+              "O1 O\nN1 N\n"}},
+            {"last block replaced",
+             {"block|13|data_b\n_cell_length_a 7.5\n_cell_length_c 3.0\n", "7.0\n",
+              "7.5\n_cell_length_c 3.0\n"}},
+        });
+    }
+    void editsFromTools()
+    {
+        QFETCH(EditCase, row);
+        const QString source = row.capitals ? QString(smallCif).replace("data_b", "DATA_B") : smallCif;
+        const int at = source.lastIndexOf(row.from);
+        const QString expected =
+            row.from.isEmpty() ? source : QString(source).replace(at, row.from.size(), row.to);
+        ScriptedWindow* window = fx_.newWindow();
+        QVERIFY(window->fileOpen(fx_.makeFile(QStringLiteral("edit.cif"), source.toLatin1()), false));
+        const QStringList a = row.call.split('|');
+        window->editor()->setTextCursor(
+            QTextCursor(window->editor()->document()->findBlockByNumber(a.at(1).toInt() - 1)));
+        if (a.at(0) == QLatin1String("item"))
+            window->dataItemUpdate(a.at(2), a.at(3), a.at(4));
+        else if (a.at(0) == QLatin1String("loop"))
+            window->loopUpdate(a.at(2));
+        else
+            window->blockUpdate(a.at(2));
+
+        QCOMPARE(window->editor()->toPlainText(), expected);
+        QVERIFY(ScriptedWindow::shown.isEmpty());
+        if (row.from.isEmpty())
+            return;
+        // The changed text is checked again at once, so the block list follows it.
+        QVERIFY(window->editor()->parsed() && window->document());
+        QStringList blocks;
+        for (std::size_t i = 0; i < window->document()->block_count(); ++i)
+            blocks << QString::fromStdString(window->document()->block(i).name()).toLower();
+        QCOMPARE(blocks, QStringList({"data_a", "data_b"}));
     }
 };
 

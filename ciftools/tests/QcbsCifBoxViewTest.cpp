@@ -1,6 +1,6 @@
 #include "QcbsCifBoxView.h"
 
-#include "MainWindowTestSupport.h"
+#include "GuiTestSupport.h"
 #include "QcbsCifBoxBlockItem.h"
 #include "QcbsCifBoxDataItem.h"
 #include "QcbsCifIcons.h"

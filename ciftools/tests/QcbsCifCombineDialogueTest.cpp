@@ -1,6 +1,6 @@
 #include "QcbsCifCombineDialogue.h"
 
-#include "MainWindowTestSupport.h"
+#include "GuiTestSupport.h"
 #include "QcbsRichTextEdit.h"
 
 #include <QCheckBox>

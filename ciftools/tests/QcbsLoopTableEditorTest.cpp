@@ -1,4 +1,4 @@
-#include "MainWindowTestSupport.h"
+#include "GuiTestSupport.h"
 #include "QcbsCifBoxViewDialogImpl.h"
 #include "QcbsLoopTable.h"
 #include "QcbsLoopTableEditorImpl.h"

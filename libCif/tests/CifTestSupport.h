@@ -11,12 +11,15 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -33,20 +36,21 @@ inline std::string findings(const CifErrorList& list)
     return out;
 }
 
-// A test name for each corpus file: letters, digits and underscores only, unique among `files`.
-inline std::map<std::string, std::string> test_names_for(const std::vector<std::string>& files)
+// Texts joined with commas: one line that a table of cases can spell out.
+inline std::string comma_joined(const std::vector<std::string>& values)
 {
-    std::map<std::string, std::string> out;
-    std::set<std::string> used;
-    for (const std::string& file : files) {
-        std::string name;
-        for (unsigned char c : std::filesystem::path(file).replace_extension().generic_string())
-            name += std::isalnum(c) ? static_cast<char>(c) : '_';
-        std::string unique = name;
-        for (int n = 2; !used.insert(unique).second; ++n)
-            unique = name + "_" + std::to_string(n);
-        out[file] = unique;
-    }
+    std::string out;
+    for (const std::string& value : values)
+        out += (out.empty() ? "" : ",") + value;
+    return out;
+}
+
+// `text` on one line, its line ends shown as \n.
+inline std::string one_line(const std::string& text)
+{
+    std::string out;
+    for (char c : text)
+        out += c == '\n' ? std::string("\\n") : std::string(1, c);
     return out;
 }
 
@@ -84,26 +88,6 @@ inline HCifDictionaryPool pool_of(const HCifConcreteDictionary& dictionary)
     return pool;
 }
 
-// Texts joined with commas: one line that a table of cases can spell out.
-inline std::string comma_joined(const std::vector<std::string>& values)
-{
-    std::string out;
-    for (const std::string& value : values)
-        out += (out.empty() ? "" : ",") + value;
-    return out;
-}
-
-// ---- Reader, writer and corpus tests
-
-// `text` on one line, its line ends shown as \n.
-inline std::string one_line(const std::string& text)
-{
-    std::string out;
-    for (char c : text)
-        out += c == '\n' ? std::string("\\n") : std::string(1, c);
-    return out;
-}
-
 // The model on one line: each block with its line (unless `lines` is off), its items in order
 // (a * marks a looped one) with their values, and its loops by column names.
 inline std::string describe(const Cif& cif, bool lines = true)
@@ -118,12 +102,8 @@ inline std::string describe(const Cif& cif, bool lines = true)
             for (std::size_t row = 0; row < item->value_count(); ++row)
                 inner += (row ? "|" : "") + one_line(item->value(row));
         }
-        for (const HCifLoop& loop : block->loops()) {
-            inner += (inner.empty() ? "" : " ") + std::string("loop(");
-            for (std::size_t i = 0; i < loop->names().size(); ++i)
-                inner += (i ? "," : "") + loop->names()[i];
-            inner += ")";
-        }
+        for (const HCifLoop& loop : block->loops())
+            inner += (inner.empty() ? "" : " ") + std::string("loop(") + comma_joined(loop->names()) + ")";
         out += inner + "}";
     }
     return out;
@@ -154,6 +134,46 @@ inline std::string comment_dump(const Cif& cif)
     return out;
 }
 
+// ---- The shared corpus and the peer reader
+
+inline std::string read_bytes(const std::filesystem::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+// What a shell command prints on standard output, and whether it exited with 0.
+inline std::string output_of(const std::string& command, bool& succeeded)
+{
+    std::string out;
+    FILE* pipe = popen(command.c_str(), "r");
+    char buffer[4096];
+    while (pipe && fgets(buffer, sizeof buffer, pipe))
+        out += buffer;
+    succeeded = pipe && pclose(pipe) == 0;
+    return out;
+}
+
+inline std::string shell_quoted(const std::string& text)
+{
+    std::string out = "'";
+    for (char c : text)
+        out += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return out + "'";
+}
+
+inline bool gemmi_available()
+{
+    static const bool available = [] {
+        bool succeeded = false;
+        return output_of("gemmi --version 2>/dev/null", succeeded).find("gemmi") != std::string::npos &&
+               succeeded;
+    }();
+    return available;
+}
+
 // The .cif files under `dir`, relative to it and sorted; one empty name when `dir` is missing,
 // so that a suite made from the list reports a skip instead of silently running nothing.
 inline std::vector<std::string> cif_files_under(const std::filesystem::path& dir)
@@ -169,15 +189,28 @@ inline std::vector<std::string> cif_files_under(const std::filesystem::path& dir
     return files;
 }
 
-// The test name of `file`, one of cif_files_under(dir); "CorpusMissing" for the empty name.
+// A test name for a corpus file: letters, digits and underscores only, unique among the files
+// of cif_files_under(dir); "CorpusMissing" for the empty name.
 inline std::string corpus_test_name(const std::filesystem::path& dir, const std::string& file)
 {
     static std::map<std::string, std::map<std::string, std::string>> names;
     if (file.empty())
         return "CorpusMissing";
     auto found = names.find(dir.string());
-    if (found == names.end())
-        found = names.emplace(dir.string(), test_names_for(cif_files_under(dir))).first;
+    if (found == names.end()) {
+        std::map<std::string, std::string>& out = names[dir.string()];
+        std::set<std::string> used;
+        for (const std::string& each : cif_files_under(dir)) {
+            std::string name;
+            for (unsigned char c : std::filesystem::path(each).replace_extension().generic_string())
+                name += std::isalnum(c) ? static_cast<char>(c) : '_';
+            std::string unique = name;
+            for (int n = 2; !used.insert(unique).second; ++n)
+                unique = name + "_" + std::to_string(n);
+            out[each] = unique;
+        }
+        found = names.find(dir.string());
+    }
     return found->second.at(file);
 }
 

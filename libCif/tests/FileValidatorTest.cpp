@@ -3,9 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <string>
 #include <unistd.h>
-#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -16,8 +14,6 @@ TEST(CoreCifFileValidator, JudgesFilesByTheirCifWords)
     std::string long_prose;
     for (int i = 0; i < 30; ++i)
         long_prose += "Dear editor, please find enclosed our manuscript.\n";
-    std::string late_cif(1000, '\n'); // the CIF words come after the lines looked at
-    late_cif += "data_x\nloop_\n_cell_length_a\n_atom_site_label\n";
 
     struct Case {
         const char* name;
@@ -28,14 +24,8 @@ TEST(CoreCifFileValidator, JudgesFilesByTheirCifWords)
     const std::vector<Case> cases = {
         // The fourth line scores "_symmetry" and "_cell": the words of a line all count.
         {"a CIF", "data_x\n_cell_length_a 5\n_atom_site_label C1\n_symmetry_cell_setting cubic\n", 1, 5},
-        // One line may score several words, each once: "_cell", "_symmetry" and "data_".
-        {"several words on a line", "data_x _cell_a _symmetry_x _cell_b\nloop_\n", 1, 4},
         {"a small file with one word", "data_x\n", -1, 1},
-        {"an empty file", "", -1, 0},
-        {"only empty lines", "\n\n\n", -1, 0},
         {"prose", long_prose, 0, 0},
-        {"a small file without CIF words", "hello\nworld\n", 0, 0},
-        {"the words only after the lines looked at", late_cif, -1, 0},
         {"case matters", "DATA_X\n_CELL_LENGTH_A 1\n" + long_prose, 0, 0},
         {"line ends of CR LF", "data_x\r\n\r\n_cell_a 1\r\n_atom_b 2\r\n_exptl_c 3\r\n", 1, 4},
     };

@@ -1,19 +1,7 @@
 // The check of mandatory data items over a read CIF, and the reader of the list file, with a
 // small dictionary that gives the categories and related items the check relies on.
 
-#include "Cif.h"
-#include "CifMandatoryItems.h"
 #include "CifTestSupport.h"
-
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <sstream>
-#include <string>
-#include <unistd.h>
-#include <vector>
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -84,30 +72,13 @@ TEST(MandatoryCheck, OneName)
     };
     const std::vector<Case> cases = {
         {"", "_cell_volume", "343@1[_cell_volume|data_t]"},
-        {"_cell_volume 125.0", "_cell_volume", ""},
         {"_cell_volume ?", "_cell_volume", "303@1[_cell_volume|data_t]"},
-        {"_cell_volume ' \t?  '", "_cell_volume", "303@1[_cell_volume|data_t]"},
-        {"_cell_volume .", "_cell_volume", ""},
-        {"_cell_volume ??", "_cell_volume", ""},
-        // An empty value is no value.
-        {"_cell_volume ''", "_cell_volume", "343@1[_cell_volume|data_t]"},
-        // The listed name's case does not matter, and a finding names it as listed.
-        {"_CELL_volume 1", "_Cell_Volume", ""},
-        {"", "_Cell_Volume", "343@1[_Cell_Volume|data_t]"},
-        {"_my_own_item 1", "_my_own_item", ""},
-        {"", "_my_own_item", "343@1[_my_own_item|data_t]"},
-        {"", "", ""},
         // In a loop only the first value counts.
         {"loop_ _atom_site_label ? C1", "_atom_site_label", "303@1[_atom_site_label|data_t]"},
-        {"loop_ _atom_site_label C1 ?", "_atom_site_label", ""},
         // Related items with the function alternate or replace stand in for the name.
         {"loop_ _atom_site_Cartn_x 1.0", "_atom_site_fract_x", ""},
-        {"loop_ _atom_site_Cartn_x ?", "_atom_site_fract_x", ""},
-        {"loop_ _atom_site_fract_x _atom_site_Cartn_x ? 1.0", "_atom_site_fract_x", ""},
-        {"loop_ _atom_site_fract_x _atom_site_Cartn_x ? ?", "_atom_site_fract_x", ""},
         {"loop_ _atom_site_fract_x ?", "_atom_site_fract_x", "303@1[_atom_site_fract_x|data_t]"},
         {"_space_group_name_H-M_alt 'P 1'", "_symmetry_space_group_name_H-M", ""},
-        {"", "_symmetry_space_group_name_H-M", "343@1[_symmetry_space_group_name_H-M|data_t]"},
         // Other functions do not stand in.
         {"_atom_site_aniso_x 1", "_atom_site_fract_x", "343@1[_atom_site_fract_x|data_t]"},
         {"_refine_ls_R_factor_obs 0.05", "_refine_ls_R_factor_all", "343@1[_refine_ls_R_factor_all|data_t]"},
@@ -141,32 +112,10 @@ TEST(MandatoryCheck, WhichBlocksAreChecked)
         {"a publication block and a crystal block, each with its list",
          "data_pub\n_journal_name_full 'Acta'\n\ndata_xtal\n_chemical_formula_sum 'C H'\n",
          "343@1[_publ_section_title|data_pub] 343@4[_cell_volume|data_xtal]"},
-        {"two crystal blocks, both checked",
-         "data_a\n_publ_section_title t\n_journal_name_full j\ndata_b\n_cell_volume "
-         "1\ndata_c\n_cell_length_a 2\n",
-         "343@4[_chemical_formula_sum|data_b] 343@6[_cell_volume|data_c] "
-         "343@6[_chemical_formula_sum|data_c]"},
         {"no crystal block: the crystal list goes to the first block, whatever it holds",
          "data_first\n_computing_structure_solution SHELXS\ndata_pub\n_journal_name_full "
          "j\n_publ_section_title t\n",
          "343@1[_cell_volume|data_first] 343@1[_chemical_formula_sum|data_first]"},
-        {"no block of either kind: both lists on the first block only",
-         "data_first\n_computing_structure_solution x\ndata_second\n_other_item y\n",
-         "343@1[_journal_name_full|data_first] 343@1[_publ_section_title|data_first] "
-         "343@1[_cell_volume|data_first] 343@1[_chemical_formula_sum|data_first]"},
-        {"names no dictionary defines put a block in no category",
-         "data_first\n_journal_unknown 1\n_cell_unknown 2\ndata_xtal\n_cell_volume 1\n_chemical_formula_sum "
-         "C\n",
-         "343@1[_journal_name_full|data_first] 343@1[_publ_section_title|data_first]"},
-        {"a category found through a looped item",
-         "data_a\n_journal_name_full j\n_publ_section_title t\n"
-         "data_b\nloop_\n_atom_site_label\nC1\n",
-         "343@4[_cell_volume|data_b] 343@4[_chemical_formula_sum|data_b]"},
-        {"everything present",
-         "data_a\n_journal_name_full j\n_publ_section_title t\n_cell_volume 1\n"
-         "_chemical_formula_sum C\n",
-         ""},
-        {"no block at all", "# nothing\n", ""},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -188,88 +137,6 @@ TEST(MandatoryCheck, AddsToTheFindingsOfTheRead)
               "Remark: Line 1 : Data item _chemical_formula_sum not found in block data_t");
     cif.check_mandatory({}, {});
     EXPECT_EQ(cif.errors()->count(), 3u);
-}
-
-// With the real core dictionary, the replaced symmetry names are satisfied by their successors.
-TEST(MandatoryCheck, CoreDictionaryRelatedItems)
-{
-    const fs::path core_path = fs::path(CIFWARD_SHARED_DIR) / "dict" / "cif_core.dic";
-    if (!fs::exists(core_path))
-        GTEST_SKIP() << core_path << " not found";
-    std::ifstream file(core_path);
-    std::stringstream text;
-    text << file.rdbuf();
-    const HCifDictionaryPool pool = pool_of(dictionary_from(text.str()));
-    const std::vector<std::pair<const char*, const char*>> cases = {
-        {"_symmetry_cell_setting monoclinic", ""},
-        {"_space_group_crystal_system monoclinic", ""},
-        {"_cell_length_a 5", "343@1[_symmetry_cell_setting|data_t]"},
-        {"_symmetry_cell_setting ?", "303@1[_symmetry_cell_setting|data_t]"},
-        {"_symmetry_cell_setting ? _space_group_crystal_system monoclinic", ""},
-    };
-    for (const auto& [body, expected] : cases)
-        EXPECT_EQ(check(std::string("data_t\n") + body + "\n", {}, {"_symmetry_cell_setting"}, pool),
-                  expected)
-            << body;
-}
-
-TEST(MandatoryItemsFile, Lines)
-{
-    struct Case {
-        std::string text;
-        const char* publication;
-        const char* crystal;
-    };
-    const std::vector<Case> cases = {
-        // Names before the first data_ line go nowhere; data_all puts a name once in each list.
-        {"_early\ndata_crystal\n_cell_volume\n", "", "_cell_volume"},
-        {"data_all\n_audit_creation_method\n", "_audit_creation_method", "_audit_creation_method"},
-        {"data_publication\n_journal_name_full\n_publ_section_title\ndata_crystal\n_cell_volume\n"
-         "data_all\n_audit_creation_date\ndata_publication\n_publ_contact_author_name\n",
-         "_journal_name_full,_publ_section_title,_audit_creation_date,_publ_contact_author_name",
-         "_cell_volume,_audit_creation_date"},
-        // Any other data_ line chooses no list.
-        {"data_crystal\n_a\ndata_other\n_b\ndata_\n_c\ndata_crystal\n_d\n", "", "_a,_d"},
-        {"data_crystal\n_cell_volume  the volume\n_cell_length_a\tlength\n", "",
-         "_cell_volume,_cell_length_a"},
-        // Comments, empty lines, indented and other lines are ignored.
-        {"# list\n\ndata_crystal\n# _commented_out\n_kept\n  _indented\nnot a name\n\n_also_kept\n", "",
-         "_kept,_also_kept"},
-        {"data_all\r\n_name_one\r\n# note\r\n_name_two\r\n", "_name_one,_name_two", "_name_one,_name_two"},
-        {"data_publication\n_last", "_last", ""},
-        {"", "", ""},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
-        CifMandatoryItems items;
-        std::istringstream in(c.text);
-        items.read(in);
-        EXPECT_EQ(comma_joined(items.publication_items), c.publication);
-        EXPECT_EQ(comma_joined(items.crystal_items), c.crystal);
-    }
-}
-
-TEST(MandatoryItemsFile, ReadingReplacesTheLists)
-{
-    CifMandatoryItems items;
-    std::istringstream first("data_all\n_one\n"), second("data_crystal\n_two\n");
-    items.read(first);
-    items.read(second);
-    EXPECT_EQ(comma_joined(items.publication_items), "");
-    EXPECT_EQ(comma_joined(items.crystal_items), "_two");
-
-    // A file that cannot be opened leaves both lists empty.
-    EXPECT_FALSE(items.read_file("/nonexistent/cifward/mandatory.txt"));
-    EXPECT_TRUE(items.publication_items.empty() && items.crystal_items.empty());
-
-    const fs::path path =
-        fs::temp_directory_path() / ("cifward-mandatory-" + std::to_string(getpid()) + ".txt");
-    std::ofstream(path) << "data_publication\n_journal_name_full\ndata_crystal\n_cell_volume\n";
-    EXPECT_TRUE(items.read_file(path.string()));
-    fs::remove(path);
-    // The lists read from a file drive the check.
-    EXPECT_EQ(check("data_t\n_cell_length_a 5\n", items.publication_items, items.crystal_items),
-              "343@1[_cell_volume|data_t] 343@1[_journal_name_full|data_t]");
 }
 
 } // namespace

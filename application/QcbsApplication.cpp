@@ -5,6 +5,7 @@
 #include "QcbsPreferences.h"
 
 #include <QFontMetrics>
+#include <QIcon>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPainter>
@@ -55,6 +56,10 @@ QcbsApplication::QcbsApplication(int& argc, char** argv)
 {
     setApplicationName(QString::fromStdString(programName()));
     setApplicationVersion(QString::fromStdString(programVersion()));
+    // The window's icon and the name of the desktop entry let the desktop show the windows under
+    // the program's own icon and entry.
+    setWindowIcon(QIcon(QStringLiteral(":/cifward.png")));
+    setDesktopFileName(QStringLiteral("cifward"));
 }
 
 QLabel* QcbsApplication::splashCreate()

@@ -1,7 +1,11 @@
 #ifndef CIFWARD_QCBSCIFTEXT_H
 #define CIFWARD_QCBSCIFTEXT_H
 
+#include "CifInputFile.h"
+
+#include <QByteArray>
 #include <QByteArrayView>
+#include <QFile>
 #include <QString>
 #include <QStringDecoder>
 #include <QStringList>
@@ -17,6 +21,27 @@ inline QString decodeCifText(QByteArrayView bytes, bool* latin1 = nullptr)
     if (latin1)
         *latin1 = notUtf8;
     return notUtf8 ? QString::fromLatin1(bytes) : text;
+}
+
+// The bytes of a CIF file for the editor: a gzip-compressed file gives its contents. False for a
+// file that cannot be opened, with `error` empty, and for one that cannot be read whole or cannot
+// be text, with `error` saying why ("a PNG image, not a CIF", "truncated gzip data").
+// `compressed`, when given, tells whether the file on disk is compressed.
+inline bool readCifFile(const QString& path, QByteArray& bytes, QString& error, bool* compressed = nullptr)
+{
+    error.clear();
+    if (!QFile(path).open(QIODevice::ReadOnly))
+        return false;
+    CifInputFile input;
+    std::string text;
+    if (!input.open(QFile::encodeName(path).toStdString()) || !input.read_all(text)) {
+        error = QString::fromStdString(input.error());
+        return false;
+    }
+    if (compressed)
+        *compressed = input.compressed();
+    bytes = QByteArray(text.data(), static_cast<qsizetype>(text.size()));
+    return true;
 }
 
 // Text read from a file as the editor holds it: every line ends in a line feed, whether or not

@@ -229,6 +229,9 @@ private:
     HCif document_;
     bool documentOpen_ = false;
     bool latin1_ = false;
+    // The file on disk is gzip-compressed; the user agreed to have it written back compressed.
+    bool compressed_ = false;
+    bool compressionAgreed_ = false;
     DiskStamp stamp_;
     bool boxViewVisible_ = false;
     QString editorStatus_, visualiserStatus_;

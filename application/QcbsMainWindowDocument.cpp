@@ -24,8 +24,32 @@
 #include <QTextBlock>
 #include <QTextDocument>
 #include <unistd.h>
+#include <zlib.h>
 
 using namespace mainwindow;
+
+namespace {
+
+// The text as a gzip file holds it; empty if it cannot be compressed.
+QByteArray gzipped(const QByteArray& bytes)
+{
+    z_stream z{};
+    // 16 + the largest window: a gzip header and trailer around the data, as gzip(1) writes.
+    if (deflateInit2(&z, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY) != Z_OK)
+        return {};
+    QByteArray out(static_cast<qsizetype>(deflateBound(&z, static_cast<uLong>(bytes.size()))),
+                   Qt::Uninitialized);
+    z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
+    z.avail_in = static_cast<uInt>(bytes.size());
+    z.next_out = reinterpret_cast<Bytef*>(out.data());
+    z.avail_out = static_cast<uInt>(out.size());
+    const bool done = deflate(&z, Z_FINISH) == Z_STREAM_END;
+    out.resize(static_cast<qsizetype>(z.total_out));
+    deflateEnd(&z);
+    return done ? out : QByteArray();
+}
+
+} // namespace
 
 // --- the document -------------------------------------------------------------------------------
 
@@ -85,6 +109,7 @@ void QcbsMainWindow::fileNewUntitled()
     document_ = HCif();
     documentOpen_ = true;
     stamp_ = DiskStamp();
+    compressed_ = compressionAgreed_ = false;
     setCaption(path);
     boxView_->setCif(HCif());
     boxView_->setVisible(boxViewVisible_);
@@ -159,11 +184,16 @@ bool QcbsMainWindow::loadFile(const QString& path, bool report, bool showMessage
         ask(QMessageBox::Information, programText(), QStringLiteral("That file is already open."));
         return false;
     }
-    QFile file(path);
-    if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) {
+    // Read whole before anything changes: a file that is not text, or a compressed one cut
+    // short, is refused rather than shown in part and perhaps saved over the original.
+    QByteArray bytes;
+    QString unreadable;
+    bool compressed = false;
+    if (path.isEmpty() || !readCifFile(path, bytes, unreadable, &compressed)) {
         if (showMessages)
             ask(QMessageBox::Critical, QStringLiteral("Error"),
-                QStringLiteral("Could not open file \"") + path + QLatin1Char('"'));
+                QStringLiteral("Could not open file \"") + path + QLatin1Char('"') +
+                    (unreadable.isEmpty() ? QString() : QStringLiteral("\n\n") + unreadable));
         return false;
     }
     writeToOutputPane(QStringLiteral("Reading CIF \"") + path + QLatin1Char('"'));
@@ -182,8 +212,10 @@ bool QcbsMainWindow::loadFile(const QString& path, bool report, bool showMessage
     editor_->setUpdatesEnabled(false);
     statusBarMessage(QStringLiteral("Reading...  "));
     int lines = 0;
-    const QString text = editorLines(decodeCifText(file.readAll(), &latin1_), lines);
-    file.close();
+    const QString text = editorLines(decodeCifText(bytes, &latin1_), lines);
+    bytes.clear();
+    compressed_ = compressed;
+    compressionAgreed_ = false;
     editor_->setText(text);
     editor_->moveCursor(QTextCursor::Start);
     editor_->setUpdatesEnabled(true);
@@ -234,6 +266,7 @@ bool QcbsMainWindow::fileClose()
     document_ = HCif();
     documentOpen_ = false;
     stamp_ = DiskStamp();
+    compressed_ = compressionAgreed_ = false;
     editor_->setText(QString());
     editor_->document()->setModified(false);
     updateBlockCombo(nullptr);
@@ -290,7 +323,12 @@ bool QcbsMainWindow::writeDocument(const QString& path)
         line.remove(oneTrailingSpace);
         text += line;
     }
-    const QByteArray bytes = latin1_ ? text.toLatin1() : text.toUtf8();
+    QByteArray bytes = latin1_ ? text.toLatin1() : text.toUtf8();
+    if (compressed_) {
+        bytes = gzipped(bytes);
+        if (bytes.isEmpty())
+            return false;
+    }
 
     // The new text goes to a file beside the old one and replaces it only when complete, so a
     // full disk or a killed process never leaves the user's file half written.
@@ -323,6 +361,24 @@ bool QcbsMainWindow::fileSave()
         return false;
     if (fileName_.isEmpty() || !QFileInfo::exists(fileName_))
         return fileSaveAs();
+    if (compressed_ && !compressionAgreed_) {
+        // Plain text over a compressed file would leave a .gz that nothing can unpack; and the
+        // compressed file may be the only copy kept of it.
+        const int answer =
+            ask(QMessageBox::Warning, programText(),
+                QStringLiteral("The file \"") + QFileInfo(fileName_).fileName() +
+                    QStringLiteral("\" is gzip-compressed. Write the changes back to it, "
+                                   "compressed?\n\nNo saves them uncompressed under another name."),
+                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Cancel,
+                QMessageBox::Cancel);
+        if (answer == QMessageBox::No)
+            return fileSaveAs();
+        if (answer != QMessageBox::Yes) {
+            statusBarMessage(QStringLiteral("Not saved"));
+            return false;
+        }
+        compressionAgreed_ = true;
+    }
     if (changedOnDisk(fileName_)) {
         const int answer =
             ask(QMessageBox::Warning, programText(),
@@ -352,6 +408,9 @@ bool QcbsMainWindow::fileSaveAs()
         return false;
     const bool untitled = fileName_.isEmpty() || fileName_.startsWith(untitledPrefix());
     QString path = untitled ? QStringLiteral("new.cif") : fileName_;
+    // A compressed file is offered under the name of its contents.
+    if (compressed_ && path.endsWith(QStringLiteral(".gz"), Qt::CaseInsensitive))
+        path.chop(3);
     for (;;) {
         path = chooseSaveFile(path);
         if (path.isEmpty())
@@ -375,14 +434,19 @@ bool QcbsMainWindow::fileSaveAs()
     }
     const QString previous = fileName_;
     const DiskStamp previousStamp = stamp_;
+    const bool previousCompressed = compressed_;
     fileName_ = path;
-    // Choosing the name is the user's consent to replace whatever is there now.
+    // Choosing the name is the user's consent to replace whatever is there now, and a name that
+    // ends in .gz asks for the text compressed.
     stamp_ = stampOf(path);
+    compressed_ = compressionAgreed_ = path.endsWith(QStringLiteral(".gz"), Qt::CaseInsensitive);
     if (!fileSave()) {
         if (!existed)
             QFile::remove(path);
         fileName_ = previous;
         stamp_ = previousStamp;
+        compressed_ = previousCompressed;
+        compressionAgreed_ = false;
         return false;
     }
     setCaption(path);

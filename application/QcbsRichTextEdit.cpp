@@ -277,16 +277,18 @@ void QcbsRichTextEdit::insertFile()
 
 void QcbsRichTextEdit::insertFile(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    QByteArray bytes;
+    QString error;
+    if (!readCifFile(path, bytes, error)) {
         QMessageBox::critical(this, QStringLiteral("Error"),
-                              QStringLiteral("Could not open file \"") + path + QStringLiteral("\""));
+                              QStringLiteral("Could not open file \"") + path + QLatin1Char('"') +
+                                  (error.isEmpty() ? QString() : QStringLiteral("\n\n") + error));
         return;
     }
     // Line by line, each with a line feed, so that the inserted text ends a line whatever the
     // file's last byte.
     int lines = 0;
-    const QString text = editorLines(decodeCifText(file.readAll()), lines);
+    const QString text = editorLines(decodeCifText(bytes), lines);
     textCursor().insertText(escapeSpecialCharacters(text));
     emit statusBarMessageRequest(QStringLiteral("Inserted ") + QString::number(lines) +
                                  QStringLiteral(" lines."));

@@ -2,52 +2,187 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <thread>
 
 namespace {
 
-bool parse_line_limit(const std::string& text, unsigned& out)
+// A whole number from `low` to `high`, all of `text`.
+bool parse_number(const std::string& text, unsigned long low, unsigned long high, unsigned& out)
 {
     if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos)
         return false;
     errno = 0;
     const unsigned long value = std::strtoul(text.c_str(), nullptr, 10);
-    if (errno != 0 || value == 0 || value > 1000000)
+    if (errno != 0 || value < low || value > high)
         return false;
     out = static_cast<unsigned>(value);
     return true;
+}
+
+using Apply = bool (*)(CheckerOptions& options, const std::string& value, std::string& error);
+
+// One option: its short and long names, the name of its value (none for a switch), its lines of
+// help, and what it does. The usage text is made from this table, so an option is one row.
+struct Option {
+    const char* short_name;
+    const char* long_name;
+    const char* value_name;
+    const char* help;
+    Apply apply;
+};
+
+const Option option_table[] = {
+    {nullptr, "--format", "text|json|jsonl",
+     "output form (default text); json prints one document,\n"
+     "jsonl one JSON object per file on a line of its own",
+     [](CheckerOptions& o, const std::string& v, std::string& error) {
+         if (v == "text")
+             o.format = CheckerOptions::Format::Text;
+         else if (v == "json")
+             o.format = CheckerOptions::Format::Json;
+         else if (v == "jsonl")
+             o.format = CheckerOptions::Format::JsonLines;
+         else
+             error = "unknown format '" + v + "' (use text, json or jsonl)";
+         return error.empty();
+     }},
+    {nullptr, "--line-limit", "N", "warn about lines longer than N characters (default 80)",
+     [](CheckerOptions& o, const std::string& v, std::string& error) {
+         if (!parse_number(v, 1, 1000000, o.line_limit))
+             error = "invalid line limit '" + v + "' (a whole number from 1 to 1000000)";
+         return error.empty();
+     }},
+    {"-q", "--quiet", nullptr, "print only the summary line of each file",
+     [](CheckerOptions& o, const std::string&, std::string&) {
+         o.quiet = true;
+         return true;
+     }},
+    {"-j", "--jobs", "N",
+     "check N files at a time (default 1; 0: one per processor\n"
+     "core); the output is the same, in the order of the files",
+     [](CheckerOptions& o, const std::string& v, std::string& error) {
+         if (!parse_number(v, 0, 1024, o.jobs))
+             error = "invalid job count '" + v + "' (a whole number from 0 to 1024)";
+         else if (o.jobs == 0)
+             o.jobs = std::max(1u, std::thread::hardware_concurrency());
+         return error.empty();
+     }},
+    {nullptr, "--files-from", "FILE",
+     "also check the paths that FILE lists, one a line, after\n"
+     "those on the command line ('-': read the list from\n"
+     "standard input)",
+     [](CheckerOptions& o, const std::string& v, std::string& error) {
+         if (v.empty())
+             error = "option '--files-from' needs a file";
+         o.files_from = v;
+         return error.empty();
+     }},
+    {"-o", "--output", "PATH",
+     "write the document back through the CIF writer to PATH\n"
+     "('-' for standard output, when the report goes to standard\n"
+     "error); one input file only; never the input itself",
+     [](CheckerOptions& o, const std::string& v, std::string& error) {
+         if (v.empty())
+             error = "option '--output' needs a path";
+         o.output = v;
+         return error.empty();
+     }},
+    {nullptr, "--dict-dir", "DIR",
+     "load the dictionaries (*.dic) of DIR instead of those found\n"
+     "beside the program; repeatable, searched in the order given",
+     [](CheckerOptions& o, const std::string& v, std::string& error) {
+         if (v.empty())
+             error = "option '--dict-dir' needs a directory";
+         o.dictionary_directories.push_back(v);
+         return error.empty();
+     }},
+    {nullptr, "--no-dict", nullptr, "check the syntax only, without dictionaries",
+     [](CheckerOptions& o, const std::string&, std::string&) {
+         o.use_dictionaries = false;
+         return true;
+     }},
+    {nullptr, "--list-dicts", nullptr,
+     "list the dictionaries loaded (name, version, path) and the\n"
+     "findings of any that was rejected, then exit",
+     [](CheckerOptions& o, const std::string&, std::string&) {
+         o.list_dictionaries = true;
+         return true;
+     }},
+    {nullptr, "--mandatory", "FILE",
+     "after reading, report the data items that FILE lists and a\n"
+     "file lacks (lines 'data_publication', 'data_crystal' or\n"
+     "'data_all', each followed by data names)",
+     [](CheckerOptions& o, const std::string& v, std::string& error) {
+         if (v.empty())
+             error = "option '--mandatory' needs a file";
+         o.mandatory_file = v;
+         return error.empty();
+     }},
+    {nullptr, "--structure", nullptr,
+     "report what each block with atom sites describes: the space\n"
+     "group, the cell, the atoms, bonds and molecules, and the\n"
+     "moiety formula computed beside the file's own",
+     [](CheckerOptions& o, const std::string&, std::string&) {
+         o.structure = true;
+         return true;
+     }},
+    {"-h", "--help", nullptr, "show this help and exit",
+     [](CheckerOptions& o, const std::string&, std::string&) {
+         o.help = true;
+         return true;
+     }},
+    {nullptr, "--version", nullptr, "show the version and exit",
+     [](CheckerOptions& o, const std::string&, std::string&) {
+         o.version = true;
+         return true;
+     }},
+};
+
+const Option* find_option(const std::string& name)
+{
+    for (const Option& option : option_table)
+        if (name == option.long_name || (option.short_name && name == option.short_name))
+            return &option;
+    return nullptr;
 }
 
 } // namespace
 
 std::string CheckerOptions::usage()
 {
-    return "Usage: cifward-check [options] FILE...\n"
-           "Checks CIF files and prints one line per finding, then a summary line per file.\n"
-           "A FILE of '-' reads standard input.\n"
-           "\n"
-           "Options:\n"
-           "  --format text|json  output form (default text); json prints one document\n"
-           "  --line-limit N      warn about lines longer than N characters (default 80)\n"
-           "  -q, --quiet         print only the summary line of each file\n"
-           "  -o, --output PATH   write the document back through the CIF writer to PATH\n"
-           "                      ('-' for standard output, when the report goes to standard\n"
-           "                      error); one input file only; never the input itself\n"
-           "  --dict-dir DIR      load the dictionaries (*.dic) of DIR instead of those found\n"
-           "                      beside the program; repeatable, searched in the order given\n"
-           "  --no-dict           check the syntax only, without dictionaries\n"
-           "  --list-dicts        list the dictionaries loaded (name, version, path) and the\n"
-           "                      findings of any that was rejected, then exit\n"
-           "  --mandatory FILE    after reading, report the data items that FILE lists and a\n"
-           "                      file lacks (lines 'data_publication', 'data_crystal' or\n"
-           "                      'data_all', each followed by data names)\n"
-           "  --structure         report what each block with atom sites describes: the space\n"
-           "                      group, the cell, the atoms, bonds and molecules, and the\n"
-           "                      moiety formula computed beside the file's own\n"
-           "  -h, --help          show this help and exit\n"
-           "  --version           show the version and exit\n"
-           "\n"
-           "Exit status: 0 when no file has an error, 1 when one has,\n"
-           "2 for a usage error or a file that cannot be read.\n";
+    constexpr std::size_t help_column = 22;
+    std::string text = "Usage: cifward-check [options] FILE...\n"
+                       "Checks CIF files and prints one line per finding, then a summary line per file.\n"
+                       "A FILE of '-' reads standard input; a gzip-compressed FILE is read as its\n"
+                       "contents.\n"
+                       "\n"
+                       "Options:\n";
+    for (const Option& option : option_table) {
+        std::string left = "  ";
+        if (option.short_name)
+            left += std::string(option.short_name) + ", ";
+        left += option.long_name;
+        if (option.value_name)
+            left += std::string(" ") + option.value_name;
+        text += left;
+        if (left.size() + 2 > help_column)
+            text += '\n' + std::string(help_column, ' ');
+        else
+            text += std::string(help_column - left.size(), ' ');
+        for (const char* c = option.help; *c; ++c) {
+            text += *c;
+            if (*c == '\n')
+                text += std::string(help_column, ' ');
+        }
+        text += '\n';
+    }
+    text += "\n"
+            "Dictionaries are searched beside the program (dict/), then in the installation\n"
+            "(share/cifward/dict), then in the directories of CIFWARD_DICT_PATH.\n"
+            "\n"
+            "Exit status: 0 when no file has an error, 1 when one has,\n"
+            "2 for a usage error or a file that cannot be read.\n";
+    return text;
 }
 
 bool CheckerOptions::parse(int argc, const char* const* argv, CheckerOptions& options, std::string& error)
@@ -63,102 +198,43 @@ bool CheckerOptions::parse(int argc, const char* const* argv, CheckerOptions& op
             options_ended = true;
             continue;
         }
+        // A value joined to its option: "--format=json", or "-j2" for a short one.
         std::string value;
-        bool has_inline_value = false;
-        if (arg.compare(0, 2, "--") == 0) {
+        bool joined = false;
+        const Option* option = find_option(arg);
+        if (!option && arg.compare(0, 2, "--") == 0 && arg.find('=') != std::string::npos) {
             const std::string::size_type eq = arg.find('=');
-            if (eq != std::string::npos) {
-                value = arg.substr(eq + 1);
-                arg = arg.substr(0, eq);
-                has_inline_value = true;
+            value = arg.substr(eq + 1);
+            arg.resize(eq);
+            joined = true;
+            option = find_option(arg);
+        } else if (!option && arg.size() > 2 && arg[1] != '-') {
+            option = find_option(arg.substr(0, 2));
+            if (option && option->value_name) {
+                value = arg.substr(2);
+                arg.resize(2);
+                joined = true;
+            } else {
+                option = nullptr;
             }
         }
-        auto take_value = [&](const char* name) {
-            if (has_inline_value)
-                return true;
-            if (i + 1 >= argc) {
-                error = std::string("option '") + name + "' needs a value";
-                return false;
-            }
-            value = argv[++i];
-            return true;
-        };
-        auto no_value = [&]() {
-            if (has_inline_value)
-                error = "option '" + arg + "' takes no value";
-            return !has_inline_value;
-        };
-
-        if (arg == "-h" || arg == "--help") {
-            if (!no_value())
-                return false;
-            options.help = true;
-        } else if (arg == "--version") {
-            if (!no_value())
-                return false;
-            options.version = true;
-        } else if (arg == "-q" || arg == "--quiet") {
-            if (!no_value())
-                return false;
-            options.quiet = true;
-        } else if (arg == "--no-dict") {
-            if (!no_value())
-                return false;
-            options.use_dictionaries = false;
-        } else if (arg == "--structure") {
-            if (!no_value())
-                return false;
-            options.structure = true;
-        } else if (arg == "--list-dicts") {
-            if (!no_value())
-                return false;
-            options.list_dictionaries = true;
-        } else if (arg == "--dict-dir") {
-            if (!take_value("--dict-dir"))
-                return false;
-            if (value.empty()) {
-                error = "option '--dict-dir' needs a directory";
-                return false;
-            }
-            options.dictionary_directories.push_back(value);
-        } else if (arg == "--mandatory") {
-            if (!take_value("--mandatory"))
-                return false;
-            if (value.empty()) {
-                error = "option '--mandatory' needs a file";
-                return false;
-            }
-            options.mandatory_file = value;
-        } else if (arg == "--format") {
-            if (!take_value("--format"))
-                return false;
-            if (value == "text") {
-                options.format = Format::Text;
-            } else if (value == "json") {
-                options.format = Format::Json;
-            } else {
-                error = "unknown format '" + value + "' (use text or json)";
-                return false;
-            }
-        } else if (arg == "--line-limit") {
-            if (!take_value("--line-limit"))
-                return false;
-            if (!parse_line_limit(value, options.line_limit)) {
-                error = "invalid line limit '" + value + "' (a whole number from 1 to 1000000)";
-                return false;
-            }
-        } else if (arg == "-o" || arg == "--output") {
-            if (!take_value(arg.c_str()))
-                return false;
-            if (value.empty()) {
-                error = "option '" + arg + "' needs a path";
-                return false;
-            }
-            options.output = value;
-        } else {
+        if (!option) {
             error = "unknown option '" + arg + "'";
             return false;
         }
+        if (!option->value_name && joined) {
+            error = "option '" + arg + "' takes no value";
+            return false;
+        }
+        if (option->value_name && !joined) {
+            if (i + 1 >= argc) {
+                error = "option '" + arg + "' needs a value";
+                return false;
+            }
+            value = argv[++i];
+        }
+        if (!option->apply(options, value, error))
+            return false;
     }
     if (!options.use_dictionaries && (options.list_dictionaries || !options.dictionary_directories.empty())) {
         error = "--no-dict cannot be combined with --dict-dir or --list-dicts";
@@ -166,11 +242,17 @@ bool CheckerOptions::parse(int argc, const char* const* argv, CheckerOptions& op
     }
     if (options.help || options.version || options.list_dictionaries)
         return true;
-    if (options.files.empty()) {
+    if (options.files.empty() && options.files_from.empty()) {
         error = "no input file (use '-' for standard input)";
         return false;
     }
-    if (!options.output.empty() && options.files.size() != 1) {
+    if (options.files_from == "-")
+        for (const std::string& file : options.files)
+            if (file == "-") {
+                error = "standard input cannot hold both a file and the list of files";
+                return false;
+            }
+    if (!options.output.empty() && (options.files.size() != 1 || !options.files_from.empty())) {
         error = "--output takes exactly one input file";
         return false;
     }

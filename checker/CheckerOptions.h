@@ -6,11 +6,13 @@
 
 // What the command line of cifward-check asked for.
 struct CheckerOptions {
-    enum class Format { Text, Json };
+    enum class Format { Text, Json, JsonLines };
 
     std::vector<std::string> files;
+    std::string files_from; // a file listing more paths, one a line; "-": standard input
     Format format = Format::Text;
     unsigned line_limit = 80;
+    unsigned jobs = 1; // files checked at once; 0 on the command line means one per core
     bool quiet = false;
     bool use_dictionaries = true;
     bool list_dictionaries = false;

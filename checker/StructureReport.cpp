@@ -262,12 +262,15 @@ void StructureReport::write_text(std::ostream& out, const std::string& file, con
 }
 
 void StructureReport::write_json(std::ostream& out, const std::string& file, const std::vector<Block>& blocks,
-                                 bool first)
+                                 bool one_line)
 {
-    out << (first ? "\n    {" : ",\n    {") << "\"file\": " << json_string(file) << ", \"blocks\": [";
+    // The same object in both forms; only the line breaks between blocks differ.
+    const char* const first_break = one_line ? "{" : "\n      {";
+    const char* const block_break = one_line ? ", {" : ",\n      {";
+    out << "{\"file\": " << json_string(file) << ", \"blocks\": [";
     bool first_block = true;
     for (const Block& b : blocks) {
-        out << (first_block ? "\n      {" : ",\n      {") << "\"block\": " << json_string(b.name);
+        out << (first_block ? first_break : block_break) << "\"block\": " << json_string(b.name);
         first_block = false;
         if (!b.has_atoms) {
             out << ", \"skipped\": \"no atom sites\"}";
@@ -302,5 +305,7 @@ void StructureReport::write_json(std::ostream& out, const std::string& file, con
         write_warnings_json(out, b);
         out << "}";
     }
-    out << (first_block ? "]}" : "\n    ]}");
+    out << (first_block || one_line ? "]}" : "\n    ]}");
+    if (one_line)
+        out << '\n';
 }

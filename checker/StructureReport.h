@@ -41,7 +41,7 @@ public:
 
     static void write_text(std::ostream& out, const std::string& file, const std::vector<Block>& blocks);
     static void write_json(std::ostream& out, const std::string& file, const std::vector<Block>& blocks,
-                           bool first);
+                           bool one_line);
 };
 
 #endif

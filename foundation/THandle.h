@@ -6,21 +6,29 @@
 #include <utility>
 
 // The counts behind a handle: strong handles keep the object, weak ones only the counts, so that
-// a weak handle can tell that its object has gone.
+// a weak handle can tell that its object has gone. An object placed in memory that is given back
+// as a whole (an arena) has its counts beside it, and `give_back` is called with `place` once the
+// object has been destroyed, instead of the object and its counts being deleted; such objects
+// take no weak handles.
 struct THandleCounts {
     std::int32_t strong = 1;
     std::int32_t weak = 0;
+    void (*give_back)(void* place) = nullptr;
+    void* place = nullptr;
 };
 
 template <class T> class TWeakHandle;
 
-// Reference-counted handle. The counts are plain integers (the program has one thread), allocated
+// Reference-counted handle. The counts are plain integers (an object is used by one thread at a
+// time), allocated
 // apart from the object so that a handle to a base class can share them with a handle to the
 // derived class.
 template <class T> class THandle {
 public:
     THandle() = default;
     explicit THandle(T* object) : object_(object), counts_(object ? new THandleCounts : nullptr) {}
+    // For an object placed by an allocator, whose counts it has set up.
+    THandle(T* object, THandleCounts* counts) : object_(object), counts_(counts) {}
     THandle(const THandle& other) : object_(other.object_), counts_(other.counts_) { acquire(); }
     THandle(THandle&& other) noexcept : object_(other.object_), counts_(other.counts_)
     {
@@ -80,15 +88,25 @@ private:
     }
     void release()
     {
-        if (counts_ && --counts_->strong == 0) {
-            // The object may hold weak handles to itself: keep the counts alive while it goes.
-            ++counts_->weak;
-            delete object_;
-            if (--counts_->weak == 0)
-                delete counts_;
-        }
+        THandleCounts* counts = counts_;
+        T* object = object_;
         object_ = nullptr;
         counts_ = nullptr;
+        if (!counts || --counts->strong != 0)
+            return;
+        if (counts->give_back) {
+            // The counts lie in the memory given back, so what the giving back needs is read first.
+            void (*give_back)(void*) = counts->give_back;
+            void* place = counts->place;
+            object->~T();
+            give_back(place);
+            return;
+        }
+        // The object may hold weak handles to itself: keep the counts alive while it goes.
+        ++counts->weak;
+        delete object;
+        if (--counts->weak == 0)
+            delete counts;
     }
 
     T* object_ = nullptr;

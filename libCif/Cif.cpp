@@ -15,6 +15,8 @@ void Cif::read(std::istream& stream, unsigned line_limit)
 {
     blocks_.clear();
     errors_->clear();
+    // The old model's memory goes with its blocks, unless something still holds a part of it.
+    arena_ = CifArena::create();
     if (!stream.good()) {
         errors_->add(CifError(301, -1));
         return;
@@ -73,7 +75,9 @@ HCifDataBlock Cif::add_block(const std::string& name, iterator where)
     iterator existing = find_block(name);
     if (existing != blocks_.end())
         return *existing;
-    HCifDataBlock created(new CifDataBlock(name, -1, dictionary_));
+    if (!arena_)
+        arena_ = CifArena::create();
+    HCifDataBlock created(new CifDataBlock(name, -1, dictionary_, arena_));
     blocks_.insert(where, created);
     return created;
 }

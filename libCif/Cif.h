@@ -1,6 +1,7 @@
 #ifndef CIFWARD_CIF_H
 #define CIFWARD_CIF_H
 
+#include "CifArena.h"
 #include "CifDataBlock.h"
 #include "CifDictionary.h"
 #include "CifErrorList.h"
@@ -49,6 +50,8 @@ public:
 
 private:
     friend class CifParser;
+    // Where the blocks of the last read, and those added since, keep their items.
+    CifArena::Ref arena_;
     HCifDictionary dictionary_;
     HCifErrorList errors_;
     Blocks blocks_;

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <set>
 
-CifDataBlock::CifDataBlock(const std::string& name, std::int32_t line, const HCifDictionary& dictionary)
-    : line_(line), name_(name), dictionary_(dictionary)
+CifDataBlock::CifDataBlock(const std::string& name, std::int32_t line, const HCifDictionary& dictionary,
+                           CifArena::Ref arena)
+    : arena_(arena ? std::move(arena) : CifArena::create()),
+      items_(CifArenaAllocator<HCifDataItem>(arena_.get())), line_(line), name_(name), dictionary_(dictionary)
 {
 }
 
@@ -19,7 +21,7 @@ HCifDataItem CifDataBlock::add_item(const std::string& name)
 {
     if (HCifDataItem found = by_name_.find(name))
         return found;
-    HCifDataItem created(new CifDataItem(name, dictionary_));
+    HCifDataItem created = arena_->make<CifDataItem>(name, dictionary_, arena_.get());
     by_name_.insert(created);
     items_.push_back(created);
     return created;

@@ -1,6 +1,8 @@
 #ifndef CIFWARD_CIFDATABLOCK_H
 #define CIFWARD_CIFDATABLOCK_H
 
+#include "CifArena.h"
+#include "CifArenaAllocator.h"
 #include "CifCommentable.h"
 #include "CifDataItem.h"
 #include "CifDictionary.h"
@@ -18,16 +20,18 @@
 #include <vector>
 
 // One data_ block: its items in write order, found by name without regard to case, and its loops.
+// Its items live in an arena: the document's, when the block was read, else one of its own.
 class CifDataBlock : public CifCommentable {
 public:
-    using Items = std::list<HCifDataItem>;
+    using Items = std::list<HCifDataItem, CifArenaAllocator<HCifDataItem>>;
     using Loops = std::list<HCifLoop>;
     using const_iterator = Items::const_iterator;
 
     // Where set_write_order puts the moved items.
     enum WriteOrderMode { AfterLast = 0, BeforeFirst = 1, AtFirstNamed = 2, AtFirstInList = 3 };
 
-    CifDataBlock(const std::string& name, std::int32_t line, const HCifDictionary& dictionary);
+    CifDataBlock(const std::string& name, std::int32_t line, const HCifDictionary& dictionary,
+                 CifArena::Ref arena = CifArena::Ref());
 
     const std::string& name() const { return name_; }
     std::int32_t line() const { return line_; }
@@ -57,6 +61,8 @@ public:
     void write(std::ostream& stream, unsigned line_limit) const;
 
 private:
+    // First, so that it goes last: the items and their list lie in it.
+    CifArena::Ref arena_;
     Items items_;
     std::int32_t line_;
     std::string name_;

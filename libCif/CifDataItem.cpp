@@ -3,9 +3,16 @@
 #include "CifErrorException.h"
 #include "CifValueForm.h"
 
-CifDataItem::CifDataItem(const std::string& name, const HCifDictionary& dictionary)
-    : name_(name), dictionary_(dictionary), check_(cif_value_check_kind(name))
+CifDataItem::CifDataItem(const std::string& name, const HCifDictionary& dictionary, CifArena* arena)
+    : name_(arena ? &arena->intern(name) : new std::string(name)), dictionary_(dictionary), arena_(arena),
+      check_(cif_value_check_kind(name)), owns_name_(!arena)
 {
+}
+
+CifDataItem::~CifDataItem()
+{
+    if (owns_name_)
+        delete name_;
 }
 
 std::string CifDataItem::first_value() const
@@ -16,7 +23,14 @@ std::string CifDataItem::first_value() const
 void CifDataItem::guard(const char* action, std::size_t row) const
 {
     if (!looped_ && row != 0)
-        throw CifErrorException(CifError(345, action, name_, -1));
+        throw CifErrorException(CifError(345, action, *name_, -1));
+}
+
+bool CifDataItem::values_checked() const
+{
+    const CifDictionaryEntry* known = entry();
+    return !(check_ == CifValueCheckKind::None ||
+             (check_ == CifValueCheckKind::Standard && known == nullptr));
 }
 
 int CifDataItem::check(const std::string& text)
@@ -37,6 +51,8 @@ int CifDataItem::set_single_value(const std::string& text)
         if (values_.empty())
             values_.resize(1);
         values_.set(0, text);
+        if (arena_)
+            values_.settle(*arena_);
     }
     return result;
 }
@@ -96,13 +112,13 @@ void CifDataItem::remove_value(std::size_t row)
 
 const std::string& CifDataItem::category() const
 {
-    return dictionary_->category(name_);
+    return dictionary_->category(*name_);
 }
 const CifDictionaryEntry* CifDataItem::entry() const
 {
     const std::uint64_t revision = dictionary_->revision();
     if (entry_revision_ != revision) {
-        entry_ = dictionary_->find_entry(name_);
+        entry_ = dictionary_->find_entry(*name_);
         entry_revision_ = revision;
         range_ = CifValueRange();
     }
@@ -116,15 +132,15 @@ int CifDataItem::type() const
 }
 int CifDataItem::type_conditions() const
 {
-    return dictionary_->type_conditions(name_);
+    return dictionary_->type_conditions(*name_);
 }
 const CifDictionary::Pairs& CifDataItem::enumeration() const
 {
-    return dictionary_->enumeration(name_);
+    return dictionary_->enumeration(*name_);
 }
 const std::string& CifDataItem::enumeration_range() const
 {
-    return dictionary_->enumeration_range(name_);
+    return dictionary_->enumeration_range(*name_);
 }
 
 void CifDataItem::write(std::ostream& stream, unsigned line_limit) const
@@ -139,11 +155,12 @@ void CifDataItem::write(std::ostream& stream, unsigned line_limit) const
     const std::string& after = comment(2);
     const std::string_view v = values_.at(0);
 
-    stream << name_;
-    for (std::size_t i = name_.size(); i < 32; ++i)
+    const std::string& name = *name_;
+    stream << name;
+    for (std::size_t i = name.size(); i < 32; ++i)
         stream << ' ';
     stream << ' ';
-    long col = static_cast<long>(name_.size() < 32 ? 32 : name_.size()) + 1;
+    long col = static_cast<long>(name.size() < 32 ? 32 : name.size()) + 1;
 
     if (!between.empty()) {
         // A blank line after the name must stand on a line of its own: the first line end only

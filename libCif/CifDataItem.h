@@ -16,9 +16,14 @@
 // Values are kept as text exactly as read; a value that fails its check is stored all the same.
 class CifDataItem : public CifCommentable {
 public:
-    CifDataItem(const std::string& name, const HCifDictionary& dictionary);
+    // With an arena, the values are moved into it once read (settle), and a long single value is
+    // put there at once.
+    CifDataItem(const std::string& name, const HCifDictionary& dictionary, CifArena* arena = nullptr);
+    ~CifDataItem() override;
+    CifDataItem(const CifDataItem&) = delete;
+    CifDataItem& operator=(const CifDataItem&) = delete;
 
-    const std::string& name() const { return name_; }
+    const std::string& name() const { return *name_; }
     std::size_t value_count() const { return values_.size(); }
     bool has_value() const { return !values_.empty(); }
     std::string first_value() const;
@@ -45,8 +50,17 @@ public:
     std::string_view value_view(std::size_t row) const;
     void remove_value(std::size_t row);
     void clear_values() { values_.clear(); }
-    // Gives back the spare capacity left by reading; called once a loop has been read.
-    void shrink_to_fit() { values_.shrink_to_fit(); }
+    // The reader's way to give a column its values once a loop has been read: those at first,
+    // first + stride, ... of a loop's values, which lie end to end in `chars` with `ends` saying
+    // where each ends; `count` of them, in place of any value the item held. In the item's arena
+    // if it has one.
+    void take_column(const char* chars, const std::uint32_t* ends, std::size_t first, std::size_t stride,
+                     std::size_t count)
+    {
+        values_.assign_column(arena_, chars, ends, first, stride, count);
+    }
+    // Whether a dictionary checks the item's values.
+    bool values_checked() const;
 
     int check(const std::string& text);
     CifValueCheckKind check_kind() const { return check_; }
@@ -74,9 +88,13 @@ private:
     const CifDictionaryEntry* entry() const;
 
     // In an order that leaves no holes: a file holds many items, most of them of one value.
-    std::string name_;
+    // The name as first typed: the arena's copy, shared by the items of that name in every block
+    // of a document, or one of the item's own.
+    const std::string* name_;
     CifValueList values_;
     HCifDictionary dictionary_;
+    // The arena the item lies in, kept alive by the item's count.
+    CifArena* arena_;
 
     // The dictionary's entry for this name, asked once per revision of the dictionary rather
     // than once per value.
@@ -86,6 +104,7 @@ private:
     CifValueCheckKind check_;
     std::int32_t line_ = -1;
     bool looped_ = false;
+    bool owns_name_;
 };
 
 using HCifDataItem = THandle<CifDataItem>;

@@ -13,14 +13,16 @@ std::vector<std::string>::iterator find_name(std::vector<std::string>& names, co
 }
 } // namespace
 
-CifLoop::CifLoop(std::vector<std::string> names)
-    : names_(std::move(names)), index_(names_.begin(), names_.end())
+CifLoop::CifLoop(std::vector<std::string> names) : names_(std::move(names))
 {
 }
 
 bool CifLoop::contains(const std::string& name) const
 {
-    return index_.count(name) != 0;
+    // Loops have tens of columns, not thousands: a scan costs less than keeping every name twice
+    // in a tree, which a file of a hundred thousand loops would feel.
+    return std::any_of(names_.begin(), names_.end(),
+                       [&name](const std::string& n) { return cif_names_equal(n, name); });
 }
 
 void CifLoop::add(const std::string& name)
@@ -28,7 +30,6 @@ void CifLoop::add(const std::string& name)
     if (contains(name))
         return;
     names_.push_back(name);
-    index_.insert(name);
 }
 
 void CifLoop::remove(const std::string& name)
@@ -37,7 +38,6 @@ void CifLoop::remove(const std::string& name)
     if (it == names_.end())
         return;
     names_.erase(it);
-    index_.erase(index_.find(name));
 }
 
 void CifLoop::move_to_end(const std::string& name)

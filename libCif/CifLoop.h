@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <ostream>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -35,8 +34,6 @@ public:
 private:
     std::vector<std::string> names_;
     std::vector<std::string> notes_;
-    // The same names, for lookups that stay logarithmic in loops of many columns.
-    std::multiset<std::string, CifNameLess> index_;
 };
 
 using HCifLoop = THandle<CifLoop>;

@@ -20,7 +20,8 @@ void append_comment(std::string& out, const CifToken& token)
 } // namespace
 
 CifParser::CifParser(Cif& cif, CifTokeniser& tokeniser)
-    : dictionary_(cif.dictionary_), errors_(cif.errors_), blocks_(cif.blocks_), tokeniser_(tokeniser)
+    : dictionary_(cif.dictionary_), errors_(cif.errors_), blocks_(cif.blocks_), arena_(cif.arena_),
+      tokeniser_(tokeniser)
 {
 }
 
@@ -84,7 +85,7 @@ void CifParser::run()
             break;
         }
         default:
-            add(CifError(316, "Invalid parser token", -1));
+            add(316, "Invalid parser token", -1);
             break;
         }
     }
@@ -95,15 +96,15 @@ void CifParser::stray_value(const CifToken& token, const HCifDataItem& last_item
     if (!block_) {
         if (!stray_reported) {
             stray_reported = true;
-            add(CifError(313, token.line));
+            add(313, token.line);
         }
         return;
     }
     if (last_item && last_item->has_value() && swallowed_names(last_item)) {
-        add(CifError(311, token.text, token.line));
+        add(311, token.text, token.line);
         return;
     }
-    add(CifError(312, token.text, token.line));
+    add(312, token.text, token.line);
 }
 
 bool CifParser::swallowed_names(const HCifDataItem& item)
@@ -122,7 +123,7 @@ bool CifParser::swallowed_names(const HCifDataItem& item)
 
 void CifParser::start_block(const std::string& name, std::int32_t line)
 {
-    block_ = HCifDataBlock(new CifDataBlock(name, line, dictionary_));
+    block_ = HCifDataBlock(new CifDataBlock(name, line, dictionary_, arena_));
     blocks_.push_back(block_);
     if (!was_suppressed_)
         errors_->unsuppress(350);
@@ -132,7 +133,7 @@ void CifParser::ensure_block(std::int32_t line)
 {
     if (block_)
         return;
-    add(CifError(305, line));
+    add(305, line);
     start_block(cif_added_block_name, line);
     ++block_names_[cif_added_block_name];
 }
@@ -141,13 +142,13 @@ void CifParser::heading(const CifToken& token)
 {
     start_block(token.text, token.line);
     if (token.text == "data_")
-        add(CifError(309, token.line));
+        add(309, token.line);
     // Counted by name, so that a file of many blocks is not compared block against block. One
     // finding per earlier namesake, up to a bound: a file of n equal headings would otherwise
     // hold n*n/2 findings.
     int& earlier = block_names_[token.text];
     for (int i = 0; i < earlier && i < max_namesake_findings; ++i)
-        add(CifError(310, token.text, token.line));
+        add(310, token.text, token.line);
     ++earlier;
 
     if (!pending_.empty()) {
@@ -174,7 +175,7 @@ HCifDataItem CifParser::name(const CifToken& token)
     std::string between;
     ensure_block(token.line);
     if (token.text.size() > data_name_limit)
-        add(CifError(306, token.text, token.line));
+        add(306, token.text, token.line);
 
     CifToken& value = value_token_;
     gather_comments(between, value);
@@ -185,7 +186,7 @@ HCifDataItem CifParser::name(const CifToken& token)
         value_end = value.end_line;
         item = set_item(token, value);
     } else {
-        add(CifError(value.kind == CifName ? 307 : 308, token.text, token.line));
+        add(value.kind == CifName ? 307 : 308, token.text, token.line);
         tokeniser_.push_front(std::move(value));
         item = block_->item(token.text);
     }
@@ -220,13 +221,13 @@ HCifDataItem CifParser::name(const CifToken& token)
 
 void CifParser::duplicate(const HCifDataItem& item, const std::string& name, std::int32_t line)
 {
-    add(CifError(318, name, item->line() < 0 ? std::string("unknown") : std::to_string(item->line()), line));
+    add(318, name, item->line() < 0 ? std::string("unknown") : std::to_string(item->line()), line);
 }
 
 HCifDataItem CifParser::set_item(const CifToken& name, const CifToken& value)
 {
     if (!block_ || name.kind != CifName || value.kind != CifValueToken) {
-        add(CifError(316, "parser error: set of invalid data item", -1));
+        add(316, "parser error: set of invalid data item", -1);
         return block_ ? block_->item(name.text) : HCifDataItem();
     }
     HCifDataItem item = block_->add_item(name.text);
@@ -237,9 +238,9 @@ HCifDataItem CifParser::set_item(const CifToken& name, const CifToken& value)
     item->set_line(name.line);
     const int result = item->set_single_value(value.text);
     if (result != 0)
-        add(CifError(cif_check_result_code(result), name.text, name.line));
+        add(cif_check_result_code(result), name.text, name.line);
     if (item->type() == CifDictionaryEntry::UnknownType)
-        add(CifError(320, name.text, name.line));
+        add(320, name.text, name.line);
     return item;
 }
 
@@ -257,7 +258,7 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
         append_comment(after, token);
     }
     while (token.kind == CifLoopToken) {
-        add(CifError(319, token.text, token.line));
+        add(319, token.text, token.line);
         tokeniser_.next(token);
     }
     tokeniser_.push_front(std::move(token));
@@ -279,7 +280,7 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
             in_header.insert(item);
         const bool elsewhere = !repeated && item->is_looped();
         if (item->type() == CifDictionaryEntry::UnknownType)
-            add(CifError(320, token.text, token.line));
+            add(320, token.text, token.line);
         if (repeated || elsewhere || item->has_value())
             duplicate(item, token.text, token.line);
         const bool kept = !repeated && !elsewhere;
@@ -312,7 +313,7 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
         drop_last_empty_line();
 
     if (columns.empty()) {
-        add(CifError(321, token.line));
+        add(321, token.line);
         return HCifDataItem();
     }
 
@@ -334,50 +335,85 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
         pending_ = before + after + pending_;
     }
 
-    if (!read_rows(columns)) {
-        add(CifError(322, loop_line));
-        return first_item;
-    }
-    for (const HCifDataItem& column : columns)
-        if (column)
-            column->shrink_to_fit();
+    if (!read_rows(columns))
+        add(322, loop_line);
     return first_item;
 }
 
 bool CifParser::read_rows(const std::vector<HCifDataItem>& columns)
 {
+    // The values are gathered row by row and given to their columns at the end, each column's at
+    // its exact size: a column that grew value by value would be copied each time it doubled.
+    // The checks, and so the findings, still come in the order of the values. Which columns a
+    // dictionary checks is known before the first row: the dictionary does not change while a
+    // file is read.
+    const std::size_t width = columns.size();
+    // For each column, how many columns from it on need no check: those values can be taken in
+    // a run, without a token each.
+    unchecked_run_.assign(width, 0);
+    bool any_checked = false;
+    for (std::size_t c = width; c-- > 0;) {
+        const bool checked = columns[c] && columns[c]->values_checked();
+        any_checked = any_checked || checked;
+        unchecked_run_[c] = checked ? 0 : 1 + (c + 1 < width ? unchecked_run_[c + 1] : 0);
+    }
+    loop_chars_.clear();
+    loop_ends_.clear();
+
     // Comments and blank lines between rows are kept in pending_ until the next row is whole: the
     // ones after the last row, or before a row cut short, go on to the next owner. Those inside a
     // row are dropped.
     CifToken token;
-    for (std::size_t row = 0;; ++row) {
-        for (std::size_t c = 0; c < columns.size(); ++c) {
-            const bool between_rows = c == 0 && row > 0;
-            std::string_view text;
-            std::int32_t value_line = 0;
-            bool is_value = true;
-            while (!tokeniser_.next_value(token, text, value_line)) {
-                if (token.kind & comment_or_blank) {
-                    if (between_rows)
-                        append_comment(pending_, token);
-                    continue;
-                }
-                is_value = token.kind == CifValueToken;
-                text = token.text;
-                value_line = token.line;
-                break;
-            }
-            if (!is_value) {
-                tokeniser_.push_front(std::move(token));
-                return between_rows;
-            }
-            const HCifDataItem& column = columns[c];
-            if (!column)
+    bool whole = true;
+    for (;;) {
+        const std::size_t c = loop_ends_.size() % width;
+        if (unchecked_run_[c] > 0) {
+            const std::size_t before = loop_ends_.size();
+            const std::size_t most = any_checked ? unchecked_run_[c] : SIZE_MAX;
+            const std::size_t taken = tokeniser_.take_plain_values(loop_chars_, loop_ends_, most);
+            if (taken > 0) {
+                if ((before + taken) / width > before / width)
+                    pending_.clear();
                 continue;
-            const int result = column->set_value(row, text);
-            if (result != 0)
-                add(CifError(cif_check_result_code(result), column->name(), value_line));
+            }
         }
-        pending_.clear();
+        const bool between_rows = c == 0 && !loop_ends_.empty();
+        std::string_view text;
+        std::int32_t value_line = 0;
+        bool is_value = true;
+        while (!tokeniser_.next_value(token, text, value_line)) {
+            if (token.kind & comment_or_blank) {
+                if (between_rows)
+                    append_comment(pending_, token);
+                continue;
+            }
+            is_value = token.kind == CifValueToken;
+            text = token.text;
+            value_line = token.line;
+            break;
+        }
+        if (!is_value) {
+            tokeniser_.push_front(std::move(token));
+            whole = between_rows;
+            break;
+        }
+        if (unchecked_run_[c] == 0 && columns[c]) {
+            const int result = columns[c]->check(std::string(text));
+            if (result != 0)
+                add(cif_check_result_code(result), columns[c]->name(), value_line);
+        }
+        loop_ends_.push_back(loop_chars_.append(text));
+        if (c + 1 == width)
+            pending_.clear();
     }
+
+    // A row cut short gives its values to the first columns only. The values are copied out in
+    // blocks of 16 characters, which may reach past the last one.
+    loop_chars_.room(16);
+    const std::size_t count = loop_ends_.size();
+    for (std::size_t c = 0; c < width; ++c)
+        if (columns[c] && c < count)
+            columns[c]->take_column(loop_chars_.data(), loop_ends_.data(), c, width,
+                                    (count - c + width - 1) / width);
+    return whole;
 }

@@ -3,6 +3,7 @@
 
 #include "Cif.h"
 #include "CifTokeniser.h"
+#include "CifValueList.h"
 
 #include <string>
 #include <unordered_map>
@@ -30,11 +31,20 @@ private:
     // Appends comments and blank lines to `out`, and leaves the first other token in `token`.
     void gather_comments(std::string& out, CifToken& token);
     void drop_last_empty_line();
-    void add(CifError&& error) { errors_->add(std::move(error)); }
+    void add(std::uint32_t code, std::int32_t line) { errors_->add(code, line); }
+    void add(std::uint32_t code, std::string_view first, std::int32_t line)
+    {
+        errors_->add(code, first, line);
+    }
+    void add(std::uint32_t code, std::string_view first, std::string_view second, std::int32_t line)
+    {
+        errors_->add(code, first, second, line);
+    }
 
     HCifDictionary dictionary_;
     HCifErrorList errors_;
     Cif::Blocks& blocks_;
+    CifArena::Ref arena_;
     CifTokeniser& tokeniser_;
     std::string pending_;
     HCifDataBlock block_;
@@ -45,6 +55,11 @@ private:
     // Tokens read for each item, kept so that their texts keep their room from item to item.
     CifToken value_token_;
     CifToken next_token_;
+    // The values of the loop being read, end to end, where each ends, and for each column how
+    // many from it on are not checked; kept from loop to loop for their room.
+    CifCharBuffer loop_chars_;
+    CifArray<std::uint32_t> loop_ends_;
+    std::vector<std::size_t> unchecked_run_;
 };
 
 #endif

@@ -115,7 +115,7 @@ CifTokeniser::CifTokeniser(std::istream& stream, unsigned line_limit, const HCif
     : line_limit_(line_limit), errors_(errors), stream_(stream), source_(stream.rdbuf()),
       good_(stream.good() && stream.rdbuf() != nullptr), chunk_(new char[chunk_size])
 {
-    buffer_[0] = '\0';
+    std::memset(buffer_, 0, sizeof buffer_);
 }
 
 CifTokeniser::~CifTokeniser()
@@ -201,12 +201,12 @@ bool CifTokeniser::read_line()
             break;
         }
         if (index == static_cast<int>(line_limit_))
-            errors_->add(CifError(347, std::to_string(line_limit_), line_number_ + 1));
+            errors_->add(347, std::to_string(line_limit_), line_number_ + 1);
         if (kind == Control) {
-            errors_->add(CifError(348, octal_escape(byte), line_number_ + 1));
+            errors_->add(348, octal_escape(byte), line_number_ + 1);
             byte = ' ';
         } else if (kind == High) {
-            errors_->add(CifError(349, octal_escape(byte), line_number_ + 1));
+            errors_->add(349, octal_escape(byte), line_number_ + 1);
         }
         buffer_[index++] = static_cast<char>(byte);
         if (index > hard_line_limit)
@@ -214,7 +214,7 @@ bool CifTokeniser::read_line()
     }
     ++line_number_;
     if (index > hard_line_limit) {
-        errors_->add(CifError(347, std::to_string(hard_line_limit), line_number_));
+        errors_->add(347, std::to_string(hard_line_limit), line_number_);
         for (;;) {
             const int c = get();
             if (c == EOF || c == '\n')
@@ -230,6 +230,45 @@ bool CifTokeniser::read_line()
     length_ = index;
     buffer_[length_] = '\0';
     return true;
+}
+
+std::size_t CifTokeniser::take_plain_values(CifCharBuffer& chars, CifArray<std::uint32_t>& ends,
+                                            std::size_t most)
+{
+    if (queued_ != 0)
+        return 0;
+    const unsigned char* at = reinterpret_cast<const unsigned char*>(buffer_) + pos_;
+    // The values come from the rest of the line, which bounds their characters and their number;
+    // 16 characters more let each short value be copied as one block. All is kept in locals: a
+    // write through a char pointer could change any member, which the compiler would otherwise
+    // load again after each.
+    const std::size_t rest = static_cast<std::size_t>(length_ - pos_);
+    char* const out = chars.room(static_cast<std::uint32_t>(rest + 16));
+    std::uint32_t* const end_out = ends.room(rest / 2 + 1);
+    const std::uint32_t base = chars.size();
+    std::uint32_t written = 0;
+    std::size_t taken = 0;
+    while (taken < most) {
+        while (cif_word_classes.white[*at])
+            ++at;
+        if (!cif_word_classes.plain_start[*at])
+            break;
+        const unsigned char* end = at + 1;
+        while (!cif_word_classes.word_end[*end])
+            ++end;
+        const std::uint32_t n = static_cast<std::uint32_t>(end - at);
+        if (n <= 16)
+            std::memcpy(out + written, at, 16);
+        else
+            std::memcpy(out + written, at, n);
+        written += n;
+        end_out[taken++] = base + written;
+        at = end;
+    }
+    chars.added(written);
+    ends.added(taken);
+    pos_ = static_cast<int>(reinterpret_cast<const char*>(at) - buffer_);
+    return taken;
 }
 
 void CifTokeniser::push_front(const CifToken& token)
@@ -303,14 +342,14 @@ bool CifTokeniser::advance(CifToken& token, std::string_view* text, std::int32_t
 
         // A text block: from a ';' that begins a line up to the next line that begins with ';'.
         if (indented)
-            errors_->add(CifError(351, line_number_));
+            errors_->add(351, line_number_);
         token.kind = CifValueToken;
         token.line = token.end_line = line_number_;
         set_text(token.text, buffer_ + pos_ + 1, static_cast<std::size_t>(length_ - pos_ - 1));
         for (;;) {
             token.text += '\n';
             if (!read_line()) {
-                errors_->add(CifError(353, line_number_));
+                errors_->add(353, line_number_);
                 return false;
             }
             int close = -1;
@@ -321,7 +360,7 @@ bool CifTokeniser::advance(CifToken& token, std::string_view* text, std::int32_t
                 while (first < length_ && is_white(buffer_[first]))
                     ++first;
                 if (first < length_ && buffer_[first] == ';') {
-                    errors_->add(CifError(352, line_number_));
+                    errors_->add(352, line_number_);
                     close = first;
                 }
             }
@@ -381,7 +420,7 @@ void CifTokeniser::scan_word(CifToken& token)
                 return;
             }
         }
-        errors_->add(CifError(350, std::string(1, first), line_number_));
+        errors_->add(350, std::string(1, first), line_number_);
         token.kind = CifValueToken;
         set_text(token.text, buffer_ + start, static_cast<std::size_t>(length_ - start));
         pos_ = length_;

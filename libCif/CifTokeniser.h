@@ -3,6 +3,7 @@
 
 #include "CifErrorList.h"
 #include "CifToken.h"
+#include "CifValueList.h"
 
 #include <cstdint>
 #include <istream>
@@ -65,6 +66,11 @@ public:
         }
         return advance(token, &text, &line);
     }
+    // Takes the bare words that follow on the line, up to `most` of them, onto the end of
+    // `chars`, and where each ends into `ends`: the loop reader's quick way through rows of plain
+    // numbers and words. A value is taken only when next_value would give it as a bare word; the
+    // first that it would not stops the run. Gives the number taken.
+    std::size_t take_plain_values(CifCharBuffer& chars, CifArray<std::uint32_t>& ends, std::size_t most);
     void push_front(const CifToken& token);
     // Takes the token's text and leaves it another text to reuse, whose room saves allocating
     // the next one.
@@ -90,7 +96,9 @@ private:
     std::istream& stream_;
     std::streambuf* source_;
     std::int32_t line_number_ = 0;
-    char buffer_[hard_line_limit + 2];
+    // 16 bytes past the longest line, so that a short value near the end can be copied as one
+    // 16-byte block.
+    char buffer_[hard_line_limit + 2 + 16];
     int length_ = 0;
     int pos_ = 0;
     bool good_;

@@ -1,14 +1,13 @@
 #include "CifValueList.h"
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 
-namespace {
-[[noreturn]] void too_long()
+void cif_value_list_too_long()
 {
     throw std::length_error("CifValueList: the values of one data item exceed 4 GiB");
 }
-} // namespace
 
 CifCharBuffer::CifCharBuffer(const CifCharBuffer& other)
 {
@@ -36,14 +35,21 @@ void CifCharBuffer::release()
     size_ = 0;
 }
 
+// Room for `more` characters past the size: at least twice the old room, which keeps a long run
+// of appends linear.
+std::uint32_t CifCharBuffer::grown_capacity(std::size_t more) const
+{
+    const std::uint64_t needed = static_cast<std::uint64_t>(size_) + more;
+    if (needed > UINT32_MAX)
+        cif_value_list_too_long();
+    return static_cast<std::uint32_t>(std::min<std::uint64_t>(
+        UINT32_MAX, std::max<std::uint64_t>({needed, 2 * static_cast<std::uint64_t>(capacity_), 64})));
+}
+
 std::uint32_t CifCharBuffer::append_grown(std::string_view text)
 {
     const std::uint64_t needed = static_cast<std::uint64_t>(size_) + text.size();
-    if (needed > UINT32_MAX)
-        too_long();
-    // Doubling keeps a long column's appends linear; the spare room goes once the loop is read.
-    const std::uint64_t capacity = std::min<std::uint64_t>(
-        UINT32_MAX, std::max<std::uint64_t>({needed, 2 * static_cast<std::uint64_t>(capacity_), 64}));
+    const std::uint64_t capacity = grown_capacity(text.size());
     char* grown = new char[capacity];
     // The text may lie in the old characters, which are freed only after it has been copied.
     if (size_ > 0)
@@ -67,7 +73,7 @@ void CifCharBuffer::assign(std::string_view text)
         return;
     }
     if (text.size() > UINT32_MAX)
-        too_long();
+        cif_value_list_too_long();
     char* fresh = new char[text.size()];
     std::memcpy(fresh, text.data(), text.size());
     release();
@@ -119,70 +125,130 @@ void CifCharBuffer::swap(CifCharBuffer& other) noexcept
     std::swap(capacity_, other.capacity_);
 }
 
-CifOffsets::CifOffsets(const CifOffsets& other)
+// A copy always owns what it holds, whether or not the original lies in an arena.
+CifValueList::CifValueList(const CifValueList& other)
+    : chars_(other.chars_), index_(other.index_ ? new Index(*other.index_) : nullptr),
+      garbage_(other.garbage_), form_(other.form())
 {
-    if (other.size_ == 0)
-        return;
-    data_ = new std::uint32_t[other.size_];
-    capacity_ = size_ = other.size_;
-    std::memcpy(data_, other.data_, size_ * sizeof(std::uint32_t));
 }
 
-CifOffsets& CifOffsets::operator=(const CifOffsets& other)
+CifValueList& CifValueList::operator=(const CifValueList& other)
 {
     if (this != &other) {
-        CifOffsets copy(other);
-        swap(copy);
+        let_go();
+        chars_ = other.chars_;
+        index_ = other.index_ ? new Index(*other.index_) : nullptr;
+        garbage_ = other.garbage_;
+        form_ = other.form();
     }
     return *this;
 }
 
-void CifOffsets::grow(std::size_t needed)
+void CifValueList::let_go()
 {
-    if (needed > UINT32_MAX)
-        too_long();
-    reallocate(
-        std::min<std::size_t>(UINT32_MAX, std::max<std::size_t>({needed, 2 * std::size_t{capacity_}, 4})));
+    if (is_placed()) {
+        chars_.forget();
+        if (index_) {
+            index_->lengths.forget();
+            index_->places.forget();
+            index_->longs.forget();
+            index_->~Index();
+        }
+    } else {
+        delete index_;
+    }
+    index_ = nullptr;
+    garbage_ = 0;
+    form_ = Empty;
 }
 
-void CifOffsets::reallocate(std::size_t capacity)
+void CifValueList::own()
 {
-    if (capacity > UINT32_MAX)
-        too_long();
-    std::uint32_t* fresh = capacity > 0 ? new std::uint32_t[capacity] : nullptr;
-    if (size_ > 0)
-        std::memcpy(fresh, data_, size_ * sizeof(std::uint32_t));
-    delete[] data_;
-    data_ = fresh;
-    capacity_ = static_cast<std::uint32_t>(capacity);
+    if (!is_placed())
+        return;
+    CifValueList copy(*this);
+    let_go();
+    chars_.swap(copy.chars_);
+    std::swap(index_, copy.index_);
+    garbage_ = copy.garbage_;
+    form_ = copy.form_;
 }
 
-void CifOffsets::resize(std::size_t size, std::uint32_t value)
+namespace {
+// `to` refers to a copy in the arena of what `from` holds.
+template <class T> void place(CifArray<T>& to, const CifArray<T>& from, CifArena& arena)
 {
-    if (size > capacity_)
-        grow(size);
-    for (std::size_t i = size_; i < size; ++i)
-        data_[i] = value;
-    size_ = static_cast<std::uint32_t>(size);
+    if (from.empty())
+        return;
+    T* at = static_cast<T*>(arena.allocate(from.size() * sizeof(T)));
+    std::memcpy(at, from.data(), from.size() * sizeof(T));
+    to.refer_to(at, from.size());
+}
+} // namespace
+
+void CifValueList::settle(CifArena& arena)
+{
+    if (is_placed() || form_ == Empty)
+        return;
+    if (form_ == Spanned)
+        compact();
+    bool moved = false;
+    if (chars_.size() > CifCharBuffer::local_capacity) {
+        char* at = static_cast<char*>(arena.allocate(chars_.size()));
+        std::memcpy(at, chars_.data(), chars_.size());
+        chars_.refer_to(at, chars_.size());
+        moved = true;
+    } else {
+        chars_.shrink_to_fit();
+    }
+    if (index_) {
+        Index* index = new (arena.allocate(sizeof(Index))) Index;
+        index->count = index_->count;
+        place(index->lengths, index_->lengths, arena);
+        place(index->places, index_->places, arena);
+        place(index->longs, index_->longs, arena);
+        delete index_;
+        index_ = index;
+        moved = true;
+    }
+    if (moved)
+        form_ |= placed;
 }
 
-void CifOffsets::erase(std::size_t at, std::size_t count)
+namespace {
+// The first of the (row, length) pairs whose row is not below `row`; the pairs are in row order.
+std::size_t first_long_from(const CifArray<std::uint32_t>& longs, std::size_t row)
 {
-    std::memmove(data_ + at, data_ + at + count, (size_ - at - count) * sizeof(std::uint32_t));
-    size_ -= static_cast<std::uint32_t>(count);
+    std::size_t low = 0, high = longs.size() / 2;
+    while (low < high) {
+        const std::size_t middle = (low + high) / 2;
+        if (longs[2 * middle] < row)
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return 2 * low;
+}
+} // namespace
+
+std::size_t CifValueList::long_value_length(std::size_t row) const
+{
+    return index_->longs[first_long_from(index_->longs, row) + 1];
 }
 
-void CifOffsets::shrink_to_fit()
+std::size_t CifValueList::long_excess(std::size_t first, std::size_t row) const
 {
-    if (capacity_ > size_)
-        reallocate(size_);
+    const CifArray<std::uint32_t>& longs = index_->longs;
+    std::size_t excess = 0;
+    for (std::size_t i = first_long_from(longs, first); i < longs.size() && longs[i] < row; i += 2)
+        excess += longs[i + 1] - long_length;
+    return excess;
 }
 
-void CifOffsets::swap(CifOffsets& other) noexcept
+void CifValueList::add_long(std::uint32_t row, std::size_t length)
 {
-    std::swap(data_, other.data_);
-    std::swap(size_, other.size_);
-    std::swap(capacity_, other.capacity_);
+    index_->longs.push_back(row);
+    index_->longs.push_back(static_cast<std::uint32_t>(length));
 }
 
 std::uint32_t CifValueList::append_chars(std::string_view text)
@@ -196,94 +262,128 @@ std::uint32_t CifValueList::append_chars(std::string_view text)
     return offset;
 }
 
-void CifValueList::make_index()
+// From one value to the packed form, for a second value: mostly a loop column, which grows to
+// many more.
+void CifValueList::make_packed()
 {
-    if (!single_)
-        return;
-    single_ = false;
-    spanned_ = false;
-    // A second value mostly means a loop column, which grows to many more.
-    index_.clear();
-    index_.reserve(16);
-    index_.push_back(chars_.size());
+    const std::size_t length = chars_.size();
+    delete index_;
+    index_ = new Index;
+    index_->count = 1;
+    index_->places.push_back(0);
+    index_->lengths.reserve(16);
+    index_->lengths.push_back(length < long_length ? static_cast<std::uint8_t>(length) : long_length);
+    if (length >= long_length)
+        add_long(0, length);
+    form_ = Packed;
 }
 
 void CifValueList::make_spans()
 {
-    if (spanned_)
+    if (form_ == Spanned)
         return;
-    if (single_) {
-        single_ = false;
-        index_.clear();
-        index_.push_back(0);
-        index_.push_back(chars_.size());
+    CifArray<std::uint32_t> spans;
+    if (form_ == Single) {
+        delete index_;
+        index_ = new Index;
+        spans.push_back(0);
+        spans.push_back(chars_.size());
     } else {
-        CifOffsets spans;
-        spans.resize(2 * index_.size());
-        std::uint32_t begin = 0;
-        for (std::size_t i = 0; i < index_.size(); ++i) {
-            spans[2 * i] = begin;
-            spans[2 * i + 1] = index_[i] - begin;
-            begin = index_[i];
+        const std::size_t count = index_->count;
+        spans.reserve(2 * count);
+        std::size_t offset = 0;
+        for (std::size_t row = 0; row < count; ++row) {
+            const std::size_t length = packed_length(row);
+            spans.push_back(static_cast<std::uint32_t>(offset));
+            spans.push_back(static_cast<std::uint32_t>(length));
+            offset += length;
         }
-        index_.swap(spans);
     }
-    spanned_ = true;
+    index_->count = 0;
+    index_->lengths = CifArray<std::uint8_t>();
+    index_->longs = CifArray<std::uint32_t>();
+    index_->places = std::move(spans);
+    form_ = Spanned;
+}
+
+// The offset of each group's first value, worked out again from the lengths.
+void CifValueList::rebuild_places()
+{
+    Index& index = *index_;
+    index.places.clear();
+    std::size_t offset = 0;
+    for (std::size_t row = 0; row < index.count; ++row) {
+        if (row % group == 0)
+            index.places.push_back(static_cast<std::uint32_t>(offset));
+        offset += packed_length(row);
+    }
 }
 
 void CifValueList::push_back_other(std::string_view text)
 {
-    if (empty()) {
-        chars_.assign(text);
-        index_.clear();
-        garbage_ = 0;
-        single_ = true;
-        spanned_ = false;
+    if (is_placed()) {
+        own();
+        push_back(text);
         return;
     }
-    if (single_)
-        make_index();
-    if (!spanned_) {
-        index_.push_back(chars_.append(text));
+    if (form_ == Empty) {
+        chars_.assign(text);
+        garbage_ = 0;
+        form_ = Single;
+        return;
+    }
+    if (form_ == Single) {
+        make_packed();
+        push_back(text);
         return;
     }
     const std::uint32_t offset = append_chars(text);
-    index_.push_back(offset);
-    index_.push_back(static_cast<std::uint32_t>(text.size()));
+    index_->places.push_back(offset);
+    index_->places.push_back(static_cast<std::uint32_t>(text.size()));
 }
 
 void CifValueList::set(std::size_t row, std::string_view text)
 {
-    if (single_) {
+    own();
+    if (form_ == Single) {
         chars_.assign(text);
         return;
     }
-    if (!spanned_) {
-        const std::uint32_t begin = row == 0 ? 0 : index_[row - 1];
-        if (text.size() == index_[row] - begin) {
-            chars_.overwrite(begin, text);
+    if (form_ == Packed) {
+        Index& index = *index_;
+        const std::size_t offset = packed_offset(row);
+        const std::size_t length = packed_length(row);
+        if (text.size() == length) {
+            chars_.overwrite(static_cast<std::uint32_t>(offset), text);
             return;
         }
-        if (row + 1 == index_.size()) {
-            chars_.truncate(begin);
-            index_[row] = chars_.append(text);
+        if (row + 1 == index.count) {
+            // The last value: cut it off and append the new one, whose length replaces its own.
+            if (length >= long_length)
+                index.longs.resize(index.longs.size() - 2);
+            index.lengths[row] =
+                text.size() < long_length ? static_cast<std::uint8_t>(text.size()) : long_length;
+            if (text.size() >= long_length)
+                add_long(static_cast<std::uint32_t>(row), text.size());
+            chars_.truncate(static_cast<std::uint32_t>(offset));
+            chars_.append(text);
             return;
         }
         make_spans();
     }
-    std::uint32_t& offset = index_[2 * row];
-    std::uint32_t& length = index_[2 * row + 1];
+    CifArray<std::uint32_t>& spans = index_->places;
+    std::uint32_t length = spans[2 * row + 1];
     if (text.size() <= length) {
         // Overwrite in place; the tail of the old text becomes garbage.
-        chars_.overwrite(offset, text);
+        chars_.overwrite(spans[2 * row], text);
         garbage_ += length - static_cast<std::uint32_t>(text.size());
-        length = static_cast<std::uint32_t>(text.size());
+        spans[2 * row + 1] = static_cast<std::uint32_t>(text.size());
     } else {
         garbage_ += length;
         const std::uint32_t at = append_chars(text);
         // append_chars may have compacted, which moves every value: index afresh.
-        index_[2 * row] = at;
-        index_[2 * row + 1] = static_cast<std::uint32_t>(text.size());
+        index_->places[2 * row] = at;
+        index_->places[2 * row + 1] = static_cast<std::uint32_t>(text.size());
     }
     if (garbage_ > 4096 && garbage_ > chars_.size() / 2)
         compact();
@@ -293,94 +393,200 @@ void CifValueList::resize(std::size_t count)
 {
     if (count == size())
         return;
+    own();
     if (count == 0) {
         clear();
         return;
     }
-    if (empty() && count == 1) {
+    if (form_ == Empty && count == 1) {
         chars_.clear();
-        index_.clear();
         garbage_ = 0;
-        single_ = true;
-        spanned_ = false;
+        form_ = Single;
         return;
     }
-    make_index();
+    if (form_ == Single)
+        make_packed();
     const std::size_t old_count = size();
-    if (!spanned_) {
-        if (count < old_count) {
-            chars_.truncate(index_[count - 1]);
-            index_.resize(count);
-        } else {
-            index_.resize(count, chars_.size());
-        }
+    if (count > old_count) {
+        for (std::size_t i = old_count; i < count; ++i)
+            push_back(std::string_view());
         return;
     }
-    if (count < old_count) {
-        for (std::size_t i = count; i < old_count; ++i)
-            garbage_ += index_[2 * i + 1];
-        index_.resize(2 * count);
-    } else {
-        index_.reserve(2 * count);
-        for (std::size_t i = old_count; i < count; ++i) {
-            index_.push_back(chars_.size());
-            index_.push_back(0);
-        }
+    if (form_ == Packed) {
+        Index& index = *index_;
+        chars_.truncate(static_cast<std::uint32_t>(packed_offset(count)));
+        index.lengths.resize(count);
+        index.places.resize((count + group - 1) / group);
+        std::size_t kept = 0;
+        while (kept < index.longs.size() && index.longs[kept] < count)
+            kept += 2;
+        index.longs.resize(kept);
+        index.count = static_cast<std::uint32_t>(count);
+        return;
     }
+    for (std::size_t i = count; i < old_count; ++i)
+        garbage_ += index_->places[2 * i + 1];
+    index_->places.resize(2 * count);
 }
 
 void CifValueList::erase(std::size_t row)
 {
-    if (single_) {
+    own();
+    if (form_ == Single) {
         clear();
         return;
     }
-    if (!spanned_) {
-        const std::uint32_t begin = row == 0 ? 0 : index_[row - 1];
-        const std::uint32_t length = index_[row] - begin;
-        chars_.erase(begin, length);
-        index_.erase(row, 1);
-        for (std::size_t i = row; i < index_.size(); ++i)
-            index_[i] -= length;
+    if (form_ == Packed) {
+        Index& index = *index_;
+        const std::size_t offset = packed_offset(row);
+        const std::size_t length = packed_length(row);
+        chars_.erase(static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(length));
+        index.lengths.erase(row, 1);
+        CifArray<std::uint32_t>& longs = index.longs;
+        for (std::size_t i = 0; i < longs.size();) {
+            if (longs[i] == row) {
+                longs.erase(i, 2);
+                continue;
+            }
+            if (longs[i] > row)
+                --longs[i];
+            i += 2;
+        }
+        --index.count;
+        // Every group after the row now starts one value later.
+        rebuild_places();
+        if (index.count == 0)
+            clear();
         return;
     }
-    garbage_ += index_[2 * row + 1];
-    index_.erase(2 * row, 2);
+    garbage_ += index_->places[2 * row + 1];
+    index_->places.erase(2 * row, 2);
+    if (index_->places.empty()) {
+        clear();
+        return;
+    }
     if (garbage_ > 4096 && garbage_ > chars_.size() / 2)
         compact();
 }
 
 void CifValueList::clear()
 {
+    let_go();
     chars_.clear();
-    index_.clear();
-    garbage_ = 0;
-    single_ = false;
-    spanned_ = false;
 }
 
 void CifValueList::shrink_to_fit()
 {
-    if (spanned_)
+    if (is_placed())
+        return;
+    if (form_ == Spanned)
         compact();
     chars_.shrink_to_fit();
-    index_.shrink_to_fit();
+    if (index_) {
+        index_->lengths.shrink_to_fit();
+        index_->places.shrink_to_fit();
+        index_->longs.shrink_to_fit();
+    }
 }
 
 // Puts the values end to end again, in row order, leaving out the garbage.
 void CifValueList::compact()
 {
-    if (!spanned_)
+    if (form_ != Spanned)
         return;
     CifCharBuffer packed;
     packed.reserve(chars_.size() - garbage_);
-    CifOffsets ends;
-    ends.reserve(index_.size() / 2);
+    Index* index = new Index;
+    const CifArray<std::uint32_t>& spans = index_->places;
     const char* chars = chars_.data();
-    for (std::size_t i = 0; i < index_.size(); i += 2)
-        ends.push_back(packed.append(std::string_view(chars + index_[i], index_[i + 1])));
+    const std::size_t count = spans.size() / 2;
+    index->lengths.reserve(count);
+    std::swap(index_, index);
+    form_ = Packed;
+    for (std::size_t row = 0; row < count; ++row) {
+        const std::string_view text(chars + index->places[2 * row], index->places[2 * row + 1]);
+        if (row % group == 0)
+            index_->places.push_back(packed.size());
+        index_->lengths.push_back(text.size() < long_length ? static_cast<std::uint8_t>(text.size())
+                                                            : long_length);
+        if (text.size() >= long_length)
+            add_long(static_cast<std::uint32_t>(row), text.size());
+        packed.append(text);
+    }
+    index_->count = static_cast<std::uint32_t>(count);
+    delete index;
     chars_.swap(packed);
-    index_.swap(ends);
     garbage_ = 0;
-    spanned_ = false;
+}
+
+void CifValueList::assign_column(CifArena* arena, const char* chars, const std::uint32_t* ends,
+                                 std::size_t first, std::size_t stride, std::size_t count)
+{
+    const auto value = [&](std::size_t row) {
+        const std::size_t i = first + row * stride;
+        const std::uint32_t begin = i == 0 ? 0 : ends[i - 1];
+        return std::string_view(chars + begin, ends[i] - begin);
+    };
+    clear();
+    if (!arena) {
+        for (std::size_t row = 0; row < count; ++row)
+            push_back(value(row));
+        shrink_to_fit();
+        return;
+    }
+    if (count == 1) {
+        push_back(value(0));
+        settle(*arena);
+        return;
+    }
+    std::size_t total = 0, longs = 0;
+    for (std::size_t row = 0; row < count; ++row) {
+        const std::size_t length = value(row).size();
+        total += length;
+        longs += length >= long_length;
+    }
+    if (total > UINT32_MAX || count > UINT32_MAX)
+        cif_value_list_too_long();
+
+    // Everything at its final size in the arena, then filled in one pass.
+    const std::size_t groups = (count + group - 1) / group;
+    // Each short value is copied as a block of 16 characters, which may reach 16 past the last.
+    char* text =
+        total > CifCharBuffer::local_capacity ? static_cast<char*>(arena->allocate(total + 16)) : nullptr;
+    auto* lengths = static_cast<std::uint8_t*>(arena->allocate(count));
+    auto* places = static_cast<std::uint32_t*>(arena->allocate(groups * sizeof(std::uint32_t)));
+    auto* long_values =
+        longs ? static_cast<std::uint32_t*>(arena->allocate(2 * longs * sizeof(std::uint32_t))) : nullptr;
+    // Few enough characters for the object itself, written first to a buffer with the room.
+    char small[2 * CifCharBuffer::local_capacity];
+    char* out = text ? text : small;
+    std::size_t offset = 0, next_long = 0;
+    for (std::size_t row = 0; row < count; ++row) {
+        const std::string_view v = value(row);
+        if (row % group == 0)
+            places[row / group] = static_cast<std::uint32_t>(offset);
+        lengths[row] = v.size() < long_length ? static_cast<std::uint8_t>(v.size()) : long_length;
+        if (v.size() >= long_length) {
+            long_values[next_long++] = static_cast<std::uint32_t>(row);
+            long_values[next_long++] = static_cast<std::uint32_t>(v.size());
+        }
+        if (v.size() <= 16)
+            std::memcpy(out + offset, v.data(), 16);
+        else
+            std::memcpy(out + offset, v.data(), v.size());
+        offset += v.size();
+    }
+    if (text)
+        chars_.refer_to(text, static_cast<std::uint32_t>(total));
+    else
+        chars_.assign(std::string_view(small, total));
+    // A placed list keeps nothing of its own outside the object.
+    chars_.shrink_to_fit();
+    index_ = new (arena->allocate(sizeof(Index))) Index;
+    index_->count = static_cast<std::uint32_t>(count);
+    index_->lengths.refer_to(lengths, count);
+    index_->places.refer_to(places, groups);
+    if (longs)
+        index_->longs.refer_to(long_values, 2 * longs);
+    form_ = Packed | placed;
 }

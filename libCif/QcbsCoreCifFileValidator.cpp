@@ -1,16 +1,20 @@
 #include "QcbsCoreCifFileValidator.h"
 
+#include "CifInputFile.h"
 #include "Logger.h"
 
-#include <fstream>
+#include <string>
 
 int QcbsCoreCifFileValidator::validate(const std::string& filename)
 {
-    std::ifstream file(filename, std::ios::binary);
-    if (!file) {
-        logWarning("QcbsCoreCifFileValidator - could not open %s", filename.c_str());
+    // A compressed CIF is judged by its contents, as it is read.
+    CifInputFile input;
+    if (!input.open(filename)) {
+        logWarning("QcbsCoreCifFileValidator - cannot read %s as text: %s", filename.c_str(),
+                   input.error().c_str());
         return 0;
     }
+    std::istream& file = input.stream();
     hits = 0;
     static const char* const keywords[] = {"data_",     "loop_",     "_atom",      "_audit",    "_cell",
                                            "_chemical", "_citation", "_computing", "_database", "_diffrn",

@@ -18,7 +18,7 @@ QStringList QcbsDictionaryLoader::searchDirectories(const QString& application_d
                                  "/../../../libCif/dictionaries", "/../../libCif/dictionaries"})
         directories << application_directory + relative;
     // An installed program finds the dictionaries in the data directory of its prefix.
-    directories << QStringLiteral(CIFWARD_INSTALL_DICT_DIR);
+    directories << QDir::cleanPath(application_directory + QStringLiteral("/" CIFWARD_DICT_DIR_FROM_PROGRAM));
     const QString extra = qEnvironmentVariable("CIFWARD_DICT_PATH");
     for (const QString& directory : extra.split(QLatin1Char(':'), Qt::SkipEmptyParts))
         directories << directory;

@@ -166,7 +166,8 @@ void QcbsWizard::filechanged(const QString& path)
     }
     HCif source(new Cif(pool_));
     source->read(stream, lineLimit_);
-    findings_ = HCifErrorList(new CifErrorList(*source->errors()));
+    // The source document goes at the end of this function; its findings stay with the wizard.
+    findings_ = source->errors();
     if (source->block_count() == 0) {
         intro_->setFileStatus(QStringLiteral("The file holds no data block."));
         return;

@@ -1,9 +1,11 @@
 #include "GuiTestSupport.h"
 #include "QcbsApplication.h"
+#include "QcbsCifText.h"
 #include "QcbsErrorListView.h"
 #include "QcbsOutputPane.h"
 #include "QcbsRichTextEdit.h"
 
+#include <QProcess>
 #include <QStatusBar>
 #include <QTextBlock>
 #include <QTreeWidgetItem>
@@ -14,6 +16,26 @@
 #include <unistd.h>
 
 namespace {
+
+// The bytes as gzip(1) compresses them.
+QByteArray gzip(const QByteArray& bytes)
+{
+    QProcess process;
+    process.start(QStringLiteral("gzip"), {QStringLiteral("-c")});
+    process.write(bytes);
+    process.closeWriteChannel();
+    process.waitForFinished();
+    return process.readAllStandardOutput();
+}
+
+// Findings as "code@line[first]", in order.
+std::string findingsOf(const Cif& cif)
+{
+    std::string out;
+    for (const CifError& e : *cif.errors())
+        out += std::to_string(e.code) + "@" + std::to_string(e.line) + "[" + e.first + "] ";
+    return out;
+}
 
 // The names of the files held by the open windows, sorted, untitled documents left out.
 QStringList loadedNames()
@@ -134,6 +156,91 @@ private slots:
             window->editor()->setPlainText(typed);
         QVERIFY(window->fileSave());
         QTEST(readBytes(path), "saved");
+    }
+
+    void compressedAndNonTextFiles_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("plain"); // what a compressed file holds; null for none
+        QTest::addColumn<int>("nulLine");      // where a NUL byte was put; 0 for none
+        QTest::addColumn<QString>("refusal");  // empty: opened
+        const QByteArray corpus =
+            readBytes(sharedPath(QStringLiteral("corpus/iucr-ciftest/syntax/ciftest10.cif")));
+        if (corpus.startsWith("<unreadable>"))
+            QSKIP("the shared corpus is absent");
+        QByteArray nul = corpus;
+        const qsizetype value = nul.indexOf(' ', nul.indexOf("\n_")) + 1;
+        nul.insert(value, '\0');
+        const int nulLine = static_cast<int>(corpus.left(value).count('\n')) + 1;
+        QTest::newRow("gzip-compressed") << "ciftest10.cif.gz" << gzip(corpus) << corpus << 0 << QString();
+        QTest::newRow("NUL in a value") << "nul.cif" << nul << QByteArray() << nulLine << QString();
+        QTest::newRow("truncated gzip")
+            << "cut.cif.gz" << gzip(corpus).left(60) << QByteArray() << 0 << "truncated gzip data";
+        QTest::newRow("PNG image") << "picture.cif" << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16)
+                                   << QByteArray() << 0 << "a PNG image, not a CIF";
+    }
+    void compressedAndNonTextFiles()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QByteArray, plain);
+        QFETCH(int, nulLine);
+        QFETCH(QString, refusal);
+        ScriptedWindow* window = fx_.newWindow();
+        const bool opened = window->fileOpen(fx_.makeFile(name, bytes), true);
+        QCOMPARE(opened, refusal.isEmpty());
+        if (!opened) {
+            QVERIFY(ScriptedWindow::anyShownContains(QStringLiteral("Could not open file")));
+            QVERIFY(ScriptedWindow::anyShownContains(refusal));
+            return;
+        }
+        const std::string found = findingsOf(*window->document());
+        if (!plain.isNull()) {
+            // The contents, and what a check finds in them, are those of the plain file.
+            ScriptedWindow* reference = fx_.newWindow();
+            QVERIFY(reference->fileOpen(fx_.makeFile(QStringLiteral("plain.cif"), plain), false));
+            QCOMPARE(window->editor()->toPlainText(), reference->editor()->toPlainText());
+            QCOMPARE(found, findingsOf(*reference->document()));
+        }
+        if (nulLine > 0)
+            QVERIFY2(found.find("348@" + std::to_string(nulLine) + "[\\00]") != std::string::npos,
+                     found.c_str());
+    }
+
+    void savingOverACompressedFileAsks_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QByteArray>("compressedAfter"); // the .gz file's contents after the save
+        QTest::addColumn<QByteArray>("plainAfter");      // the plain file Save As wrote; null: none
+        const QByteArray original = "data_a\n_x 1\n";
+        const QByteArray edited = "data_a\r\n_x 2";
+        QTest::newRow("cancel") << int(QMessageBox::Cancel) << original << QByteArray();
+        QTest::newRow("write back compressed") << int(QMessageBox::Yes) << edited << QByteArray();
+        QTest::newRow("save uncompressed elsewhere") << int(QMessageBox::No) << original << edited;
+    }
+    void savingOverACompressedFileAsks()
+    {
+        QFETCH(int, answer);
+        QFETCH(QByteArray, compressedAfter);
+        QFETCH(QByteArray, plainAfter);
+        const QString path = fx_.makeFile(QStringLiteral("doc.cif.gz"), gzip("data_a\n_x 1\n"));
+        ScriptedWindow* window = fx_.newWindow();
+        QVERIFY(window->fileOpen(path, false));
+        window->editor()->setPlainText(QStringLiteral("data_a\n_x 2"));
+        ScriptedWindow::answers = {answer};
+        ScriptedWindow::saveAnswer = fx_.path(QStringLiteral("doc.cif"));
+        QCOMPARE(window->fileSave(), answer != QMessageBox::Cancel);
+        QVERIFY(ScriptedWindow::anyShownContains(QStringLiteral("\"doc.cif.gz\" is gzip-compressed")));
+        QByteArray contents;
+        QString error;
+        bool compressed = false;
+        QVERIFY(readCifFile(path, contents, error, &compressed));
+        QVERIFY(compressed);
+        QCOMPARE(contents, compressedAfter);
+        QCOMPARE(readBytes(fx_.path(QStringLiteral("doc.cif"))),
+                 plainAfter.isNull() ? QByteArray("<unreadable>") : plainAfter);
+        QCOMPARE(ScriptedWindow::saveDialogs, plainAfter.isNull() ? 0 : 1);
     }
 
     void untitledSaveGoesThroughSaveAs()

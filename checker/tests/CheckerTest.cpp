@@ -146,6 +146,11 @@ TEST(CheckerTest, ReportsFindingsSummaryAndExitStatus)
                       long_line = dir.file("long.cif", "data_l\n_a " + std::string(90, 'x') + "\n"),
                       binary = dir.file("picture.png", std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16)),
                       missing = dir.path("missing.cif"), one_error = dir.file("b.cif", "data_b\n_a\n"),
+                      not_gzip = dir.file("plain.cif.gz", good_cif),
+                      // The first bytes of a gzip member, cut off after its header.
+        truncated = dir.file("cut.cif.gz", std::string("\x1f\x8b\x08\0\0\0\0\0\0\x03", 10)),
+                      list_of_paths =
+                          dir.file("list.txt", missing + "\n\n" + dir.dir.string() + "\n" + good + "\r\n"),
                       c = dir.file("c.cif", "data_c\n_cell_length_a ?\n_cell_angle_beta 90\n"),
                       list = dir.file("mandatory.txt",
                                       "# items a submission needs\ndata_crystal\n_cell_length_a\n"
@@ -178,7 +183,21 @@ TEST(CheckerTest, ReportsFindingsSummaryAndExitStatus)
         {{"--version"}, 0, "cifward-check (Cifward) 1.1\n"},
         // An unreadable input is named; the others are still checked, and the status says so.
         {{missing, good}, 2, good + clean, cannot_read + missing + "': No such file or directory\n"},
-        {{binary, good}, 2, good + clean, cannot_read + binary + "': a binary file, not a CIF\n"},
+        {{dir.dir.string(), good}, 2, good + clean, cannot_read + dir.dir.string() + "': Is a directory\n"},
+        {{binary, good}, 2, good + clean, cannot_read + binary + "': a PNG image, not a CIF\n"},
+        {{not_gzip, good}, 2, good + clean, cannot_read + not_gzip + "': not in gzip format\n"},
+        {{truncated, good}, 2, good + clean, cannot_read + truncated + "': truncated gzip data\n"},
+        // A list with an empty line, a missing path and a directory: each said, the rest checked.
+        {{"--files-from", list_of_paths, good},
+         2,
+         good + clean + good + clean,
+         "cifward-check: 1 empty line in the list '" + list_of_paths + "' skipped\n" + cannot_read + missing +
+             "': No such file or directory\n" + cannot_read + dir.dir.string() + "': Is a directory\n"},
+        {{"--files-from", "-"}, 0, good + clean, "", good + "\n"},
+        {{"--files-from", missing, good},
+         2,
+         good + clean,
+         "cifward-check: cannot read the list '" + missing + "': No such file or directory\n"},
         {{"-"},
          1,
          report("<stdin>", {"Error: Line 2 : No terminating (') quote", "1 error, 0 warnings, 0 remarks"}),
@@ -309,4 +328,111 @@ TEST(CheckerDictionaryTest, ValuesAreCheckedAndRejectedDictionariesReported)
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out, "cif_core.dic 2.4.5 " +
                            (fs::path(program).parent_path() / "dict" / "cif_core.dic").string() + "\n");
+}
+
+namespace {
+
+// Every CIF of the shared corpus, in a fixed order; empty when the corpus is absent.
+std::vector<std::string> corpus_files()
+{
+    std::vector<std::string> files;
+    const fs::path corpus = fs::path(CIFWARD_SHARED_DIR) / "corpus";
+    std::error_code ec;
+    for (fs::recursive_directory_iterator it(corpus, ec), end; !ec && it != end; it.increment(ec))
+        if (it->path().extension() == ".cif")
+            files.push_back(it->path().string());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+} // namespace
+
+TEST(CheckerProgramTest, ParallelRunsGiveTheSequentialOutputOverTheCorpus)
+{
+    const std::vector<std::string> files = corpus_files();
+    if (files.empty())
+        GTEST_SKIP() << "no corpus in " << CIFWARD_SHARED_DIR;
+    // The list holds a missing file and a directory among the corpus, so that the messages on
+    // standard error must keep their places too.
+    TempDir dir;
+    std::string list;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        list += files[i] + "\n";
+        if (i == files.size() / 3)
+            list += dir.path("gone.cif") + "\n" + dir.dir.string() + "\n";
+    }
+    const std::string list_file = dir.file("corpus.txt", list);
+    for (const char* format : {"text", "json", "jsonl"}) {
+        SCOPED_TRACE(format);
+        const std::string command = program + " --format " + format + " --files-from " + list_file;
+        const CheckRun sequential = shell(command + " -j 1");
+        EXPECT_EQ(sequential.status, 2);
+        EXPECT_NE(sequential.out.find(files.back()), std::string::npos);
+        for (const char* jobs : {"2", "3"}) {
+            const CheckRun parallel = shell(command + " -j " + jobs);
+            EXPECT_EQ(parallel.status, sequential.status) << jobs;
+            EXPECT_TRUE(parallel.out == sequential.out) << jobs << " jobs: the report differs";
+            EXPECT_EQ(parallel.err, sequential.err) << jobs;
+        }
+    }
+}
+
+TEST(CheckerProgramTest, JsonLinesHoldTheFilesOfTheJsonDocumentOnePerLine)
+{
+    const std::vector<std::string> files = corpus_files();
+    if (files.empty() || std::system("python3 -c 'import json' >/dev/null 2>&1") != 0)
+        GTEST_SKIP() << "no corpus or no python3";
+    TempDir dir;
+    std::string list;
+    for (const std::string& file : files)
+        list += file + "\n";
+    const std::string list_file = dir.file("corpus.txt", list);
+    shell(program + " -j 2 --format json --files-from " + list_file + " >" + dir.path("doc.json"));
+    shell(program + " -j 2 --format jsonl --files-from " + list_file + " >" + dir.path("lines.jsonl"));
+    // Each line alone is a JSON object, and the objects are the document's files, in order.
+    const CheckRun run = shell("python3 -c 'import json,sys\n"
+                               "doc = json.load(open(sys.argv[1]))\n"
+                               "lines = [json.loads(l) for l in open(sys.argv[2], encoding=\"utf-8\")]\n"
+                               "print(len(lines), lines == doc[\"files\"])' " +
+                               dir.path("doc.json") + " " + dir.path("lines.jsonl"));
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, std::to_string(files.size()) + " True\n");
+}
+
+TEST(CheckerProgramTest, CompressedAndDamagedCorpusFilesAreReadAsTheirText)
+{
+    const fs::path original =
+        fs::path(CIFWARD_SHARED_DIR) / "corpus" / "iucr-ciftest" / "syntax" / "ciftest10.cif";
+    if (!fs::exists(original))
+        GTEST_SKIP() << "no corpus file " << original;
+    TempDir dir;
+    std::string text = slurp(original.string());
+    const std::string plain = dir.file("plain.cif", text);
+    ASSERT_EQ(shell("gzip -c " + plain + " >" + dir.path("packed.cif.gz")).status, 0);
+    // A NUL inside the value of the first data item, which ends its line as a stray byte would.
+    const std::string::size_type item = text.find("\n_");
+    const std::string::size_type value = text.find(' ', item + 2);
+    ASSERT_NE(value, std::string::npos);
+    const int nul_line = static_cast<int>(std::count(text.begin(), text.begin() + value, '\n')) + 1;
+    text.insert(value + 2, 1, '\0');
+    const std::string with_nul = dir.file("nul.cif", text);
+
+    const auto findings_of = [](const std::string& file) {
+        const CheckRun run = check({file});
+        std::string lines;
+        std::istringstream in(run.out);
+        for (std::string line; std::getline(in, line);)
+            lines += line.substr(file.size()) + "\n";
+        return std::make_pair(run.status, lines);
+    };
+    const auto plain_findings = findings_of(plain);
+    EXPECT_EQ(findings_of(dir.path("packed.cif.gz")), plain_findings);
+    EXPECT_EQ(check({"-"}, slurp(dir.path("packed.cif.gz"))).out, check({"-"}, slurp(plain)).out);
+
+    const auto nul_findings = findings_of(with_nul);
+    EXPECT_EQ(nul_findings.first, plain_findings.first);
+    EXPECT_NE(nul_findings.second.find(": Warning: Line " + std::to_string(nul_line) +
+                                       " : Invalid non-printable character \\00\n"),
+              std::string::npos)
+        << nul_findings.second;
 }

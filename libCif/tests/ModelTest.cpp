@@ -5,7 +5,14 @@
 #include "CifLoop.h"
 #include "CifTestSupport.h"
 
+#include <fstream>
 #include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -192,6 +199,53 @@ TEST(Cif, BlockLookupAndInsertion)
         EXPECT_EQ(it == cif.end() ? "" : (*it)->name(), block) << line;
     }
     EXPECT_THROW((void)cif.block(5), std::out_of_range);
+}
+
+// A read document's parts share its memory. A block or item kept after the document is read
+// again and destroyed must stay whole, copy into another document, and take edits once the block
+// is gone too.
+TEST(Cif, PartsKeptOutliveTheirDocument)
+{
+    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/iucr-ciftest/real/4hir.cif");
+    if (!in)
+        GTEST_SKIP() << "corpus not found: set CIFWARD_SHARED_DIR";
+    auto cif = std::make_unique<Cif>(empty_dictionary());
+    cif->read(in, 80);
+    HCifDataBlock block = cif->block_handle(0);
+    std::ostringstream before;
+    block->write(before, 80);
+    HCifDataItem looped, single;
+    for (const HCifDataItem& item : *block) {
+        if (!looped && item->is_looped() && item->value_count() > 2)
+            looped = item;
+        if (!single && !item->is_looped() && item->value(0).size() > 16)
+            single = item;
+    }
+    ASSERT_TRUE(looped && single);
+    std::vector<std::string> column;
+    for (std::size_t row = 0; row < looped->value_count(); ++row)
+        column.push_back(looped->value(row));
+    const std::string text = single->value(0);
+
+    std::istringstream other("data_other\n_x 1\n");
+    cif->read(other, 80);
+    cif.reset();
+    std::ostringstream after;
+    block->write(after, 80);
+    EXPECT_EQ(after.str(), before.str());
+    Cif target(empty_dictionary());
+    target.add_block("data_target", target.end())->copy_item(single->name(), *block, false);
+    block = HCifDataBlock();
+
+    EXPECT_EQ(target.block(0).first_value(single->name()), text);
+    EXPECT_EQ(single->value(0), text);
+    column[1] = "a value longer than sixteen characters";
+    looped->set_value(1, column[1]);
+    single->set_value(0, "short");
+    EXPECT_EQ(single->value(0), "short");
+    ASSERT_EQ(looped->value_count(), column.size());
+    for (std::size_t row = 0; row < column.size(); ++row)
+        EXPECT_EQ(looped->value(row), column[row]) << row;
 }
 
 } // namespace

@@ -15,6 +15,8 @@
 #include "RendererCrystalDisplaySettings.h"
 #include "RendererSettings.h"
 #include "ShapeLists.h"
+#include "ShapeMesh.h"
+#include "ShapeStrip.h"
 
 #include <GL/gl.h>
 #include <algorithm>
@@ -116,18 +118,6 @@ void cylinder(unsigned list, double radius, double z0, double z1)
     glPopMatrix();
 }
 
-// The disk facing outwards at z (backwards at the start of a stick, forwards at its end).
-void cap(unsigned list, double radius, double z, bool at_start)
-{
-    glPushMatrix();
-    glTranslated(0, 0, z);
-    if (at_start)
-        glRotated(180, 1, 0, 0);
-    glScaled(radius, radius, 1);
-    glCallList(list);
-    glPopMatrix();
-}
-
 // The rings of the graph that the aromatic bonds between visible atoms make: for each bond, the
 // shortest way round back to it.
 std::vector<std::vector<const GraphicsAtom*>> aromatic_rings(const std::vector<HGraphicsBond>& bonds)
@@ -195,14 +185,23 @@ std::vector<Point> plane_polygon(const Plane& plane, const std::array<Point, 8>&
 } // namespace
 
 CrystalPainter::CrystalPainter(const RendererSettings& settings, const ShapeLists& shapes,
-                               const GLBitmapFont& font, const RendererCrystalDisplaySettings& display)
-    : settings_(settings), shapes_(shapes), font_(font), display_(display)
+                               const GLBitmapFont& font, const RendererCrystalDisplaySettings& display,
+                               double pixels_per_unit)
+    : settings_(settings), shapes_(shapes), font_(font), display_(display), pixels_per_unit_(pixels_per_unit)
 {
 }
 
 void CrystalPainter::draw(GraphicsCrystal& crystal)
 {
-    material_set_ = false;
+    // Shapes carry their colour point by point, so that one strip holds shapes of every colour.
+    glPushAttrib(GL_LIGHTING_BIT | GL_ENABLE_BIT | GL_CURRENT_BIT);
+    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
+    glEnable(GL_COLOR_MATERIAL);
+    // The shapes are closed and their backs culled, so lighting the backs as well would change no
+    // pixel and cost half the lighting; their normals are unit length and nothing in the list
+    // scales them.
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
+    glDisable(GL_NORMALIZE);
     draw_atoms(crystal);
     draw_bonds(crystal);
     draw_aromatics(crystal);
@@ -211,6 +210,23 @@ void CrystalPainter::draw(GraphicsCrystal& crystal)
     draw_primitives(crystal, false);
     draw_selection_markers(crystal);
     draw_object_labels(crystal);
+    glPopAttrib();
+}
+
+int CrystalPainter::slices(double radius)
+{
+    const int slices = ShapeMesh::slices_for(radius * pixels_per_unit_);
+    double lower = 0, upper = 0;
+    ShapeMesh::pixel_range(slices, lower, upper);
+    lowest_scale_ = std::max(lowest_scale_, lower / radius);
+    highest_scale_ = std::min(highest_scale_, upper / radius);
+    return slices;
+}
+
+void CrystalPainter::scale_range(double& lowest, double& highest) const
+{
+    lowest = lowest_scale_;
+    highest = highest_scale_;
 }
 
 void CrystalPainter::pick(GraphicsCrystal& crystal, const PickFilter& near)
@@ -227,6 +243,7 @@ void CrystalPainter::draw_message(const std::string& text)
     glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT);
     glDisable(GL_LIGHTING);
     glDisable(GL_DEPTH_TEST);
+    glDisable(GL_FOG);
     glMatrixMode(GL_PROJECTION);
     glPushMatrix();
     glLoadIdentity();
@@ -263,15 +280,6 @@ void CrystalPainter::sphere(const Point& centre, double radius, unsigned list)
     glScaled(radius, radius, radius);
     glCallList(list);
     glPopMatrix();
-}
-
-void CrystalPainter::material(const RGBA& c)
-{
-    if (material_set_ && c.equals(last_material_))
-        return;
-    glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, c.data());
-    last_material_ = c;
-    material_set_ = true;
 }
 
 RGBA CrystalPainter::atom_color(const GraphicsAtom& atom) const
@@ -316,16 +324,14 @@ void CrystalPainter::draw_atoms(const GraphicsCrystal& crystal)
             wireframe.push_back(a.get());
         }
     }
-    const unsigned lists[3] = {shapes_.sphere_lo_res, shapes_.sphere_lo_res, shapes_.sphere_hi_res};
-    for (int s = 0; s < 3; ++s) {
-        if (!lists[s])
-            continue;
-        for (const GraphicsAtom* a : spheres[s])
+    ShapeStrip strip;
+    for (const auto& style : spheres)
+        for (const GraphicsAtom* a : style)
             if (a->visible()) {
-                material(atom_color(*a));
-                sphere(a->ortho(), atom_radius(*a), lists[s]);
+                const double radius = atom_radius(*a);
+                strip.add(ShapeMesh::sphere(slices(radius)), a->ortho(), radius, atom_color(*a));
             }
-    }
+    strip.finish();
     // A wireframe atom shows only through its bonds; one with none visible gets a cross.
     glDisable(GL_LIGHTING);
     glBegin(GL_LINES);
@@ -424,44 +430,42 @@ void CrystalPainter::draw_wireframe_bonds(const std::vector<const GraphicsBond*>
 
 void CrystalPainter::draw_stick_bonds(const std::vector<const GraphicsBond*>& bonds, bool capped)
 {
-    const unsigned cyl = shapes_.cylinder_lo_res, disk = shapes_.disk_lo_res;
-    if (!cyl)
-        return;
+    ShapeStrip strip;
     for (const GraphicsBond* b : bonds) {
         const BondLayout l = layout(b->type(), true);
         const BondFrame f = bond_frame(*b);
         const std::array<RGBA, 2> c = bond_colors(*b);
         const double r = settings_.stick_radius * l.radius_scale, length = f.length;
-        glPushMatrix();
-        multiply(f, b->atom1()->ortho());
+        const int n = slices(r);
+        const ShapeMesh &tube = ShapeMesh::cylinder(n), &disk = ShapeMesh::disk(n);
         for (const Offset& o : l.offsets) {
-            glPushMatrix();
-            glTranslated(o.x * settings_.stick_radius, o.y * settings_.stick_radius, 0);
+            const Point start = b->atom1()->ortho() + (f.x * o.x + f.y * o.y) * settings_.stick_radius;
+            const auto piece = [&](double z0, double z1, const RGBA& colour) {
+                strip.add(tube, start + f.z * z0, f.x * r, f.y * r, f.z * (z1 - z0), colour);
+            };
+            // A cap faces outwards: the one at the start is the disk turned half round about x.
+            const auto cap = [&](double z, bool at_start, const RGBA& colour) {
+                const double turn = at_start ? -1 : 1;
+                strip.add(disk, start + f.z * z, f.x * r, f.y * (r * turn), f.z * turn, colour);
+            };
             if (l.pattern) {
-                for (int piece = 0; piece < 10; ++piece) {
-                    material(c[piece < 5 ? 0 : 1]);
-                    cylinder(cyl, r, piece * 0.1 * length, (piece * 0.1 + 0.07) * length);
-                }
+                for (int k = 0; k < 10; ++k)
+                    piece(k * 0.1 * length, (k * 0.1 + 0.07) * length, c[k < 5 ? 0 : 1]);
             } else if (c[0].equals(c[1])) {
-                material(c[0]);
-                cylinder(cyl, r, 0, length);
-                if (capped && disk) {
-                    cap(disk, r, 0, true);
-                    cap(disk, r, length, false);
+                piece(0, length, c[0]);
+                if (capped) {
+                    cap(0, true, c[0]);
+                    cap(length, false, c[0]);
                 }
             } else {
-                material(c[0]);
-                cylinder(cyl, r, 0, length / 2);
-                if (capped && disk)
-                    cap(disk, r, 0, true);
-                material(c[1]);
-                cylinder(cyl, r, length / 2, length);
-                if (capped && disk)
-                    cap(disk, r, length, false);
+                piece(0, length / 2, c[0]);
+                piece(length / 2, length, c[1]);
+                if (capped) {
+                    cap(0, true, c[0]);
+                    cap(length, false, c[1]);
+                }
             }
-            glPopMatrix();
         }
-        glPopMatrix();
     }
 }
 
@@ -565,22 +569,15 @@ void CrystalPainter::draw_contacts(const GraphicsCrystal& crystal)
         glPopAttrib();
     }
     // A row of 20 short sticks: each piece fills 0.7 of its share of the length.
-    const unsigned cyl = shapes_.cylinder_lo_res;
-    if (!cyl)
-        return;
+    ShapeStrip strip;
+    const ShapeMesh& tube = ShapeMesh::cylinder(slices(0.05));
     for (const GraphicsContact* c : sticks) {
         const Vector3D along = c->ortho2() - c->ortho1();
         const double length = along.length();
-        BondFrame f;
-        f.z = along / length;
-        f.x = any_perpendicular(f.z);
-        f.y = f.z.cross(f.x);
-        material(contact_color(*c));
-        glPushMatrix();
-        multiply(f, c->ortho1());
+        const Vector3D z = along / length, x = any_perpendicular(z), y = z.cross(x);
         for (int piece = 0; piece < 20; ++piece)
-            cylinder(cyl, 0.05, piece * length / 20, (piece + 0.7) * length / 20);
-        glPopMatrix();
+            strip.add(tube, c->ortho1() + z * (piece * length / 20), x * 0.05, y * 0.05,
+                      z * (0.7 * length / 20), contact_color(*c));
     }
 }
 
@@ -629,10 +626,14 @@ void CrystalPainter::draw_primitives(GraphicsCrystal& crystal, bool picking)
         if (const auto* plane = dynamic_cast<const GraphicsPlane*>(p.get())) {
             planes.push_back(plane);
         } else if (const auto* centroid = dynamic_cast<const GraphicsCentroid*>(p.get())) {
-            if (!picking)
-                material(primitive_color(*centroid));
-            if (shapes_.sphere_lo_res)
-                sphere(centroid->ortho(), centroid->radius(), shapes_.sphere_lo_res);
+            if (picking) {
+                if (shapes_.sphere)
+                    sphere(centroid->ortho(), centroid->radius(), shapes_.sphere);
+            } else {
+                ShapeStrip strip;
+                strip.add(ShapeMesh::sphere(slices(centroid->radius())), centroid->ortho(),
+                          centroid->radius(), primitive_color(*centroid));
+            }
         } else if (const auto* line = dynamic_cast<const GraphicsLine*>(p.get())) {
             glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT);
             glDisable(GL_LIGHTING);
@@ -681,30 +682,30 @@ void CrystalPainter::draw_primitives(GraphicsCrystal& crystal, bool picking)
 
 void CrystalPainter::draw_selection_markers(const GraphicsCrystal& crystal)
 {
-    if (!(settings_.selection_display & RendererSettings::SelectionMarkers) || !shapes_.sphere_lo_res)
+    if (!(settings_.selection_display & RendererSettings::SelectionMarkers))
         return;
     logDebug(2, "Renderer::drawSelectionMarkers");
-    const unsigned list = shapes_.sphere_lo_res;
+    const double radius = 0.1;
+    const ShapeMesh& marker = ShapeMesh::sphere(slices(radius));
     // Wireframe atoms are thin enough that their markers may be hidden behind other atoms; a
     // marker inside a sphere would never show unless the depth test is off.
     for (const bool through : {false, true}) {
         if (through)
             glDisable(GL_DEPTH_TEST);
+        ShapeStrip strip;
         for (const HGraphicsAtom& a : crystal.atoms()) {
             const bool sphere_style = a->style() == GraphicsObject::StyleStick ||
                                       a->style() == GraphicsObject::StyleBallAndStick ||
                                       a->style() == GraphicsObject::StyleSpacefill;
-            if (a->selected() && a->visible() && sphere_style == through) {
-                material(settings_.selected_atom);
-                sphere(a->ortho(), 0.1, list);
-            }
+            if (a->selected() && a->visible() && sphere_style == through)
+                strip.add(marker, a->ortho(), radius, settings_.selected_atom);
         }
         if (through)
             for (const HGraphicsBond& b : crystal.bonds())
-                if (b->selected() && drawable(*b) && b->style() != GraphicsObject::StyleSpacefill) {
-                    material(settings_.selected_bond);
-                    sphere((b->atom1()->ortho() + b->atom2()->ortho()) * 0.5, 0.1, list);
-                }
+                if (b->selected() && drawable(*b) && b->style() != GraphicsObject::StyleSpacefill)
+                    strip.add(marker, (b->atom1()->ortho() + b->atom2()->ortho()) * 0.5, radius,
+                              settings_.selected_bond);
+        strip.finish();
     }
     glEnable(GL_DEPTH_TEST);
 }
@@ -717,6 +718,8 @@ void CrystalPainter::draw_object_labels(const GraphicsCrystal& crystal)
     glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT);
     glDisable(GL_LIGHTING);
     glDisable(GL_DEPTH_TEST);
+    // A label stays as readable at the back as at the front.
+    glDisable(GL_FOG);
     color(display_.label_color());
     const auto label = [&](const GraphicsObject& o, const Point& at) {
         if (!o.visible() || !o.labelled() || o.label().empty())
@@ -763,8 +766,7 @@ void CrystalPainter::pick_atoms(const GraphicsCrystal& crystal)
     for (const HGraphicsAtom& a : crystal.atoms()) {
         if (!a->visible())
             continue;
-        const unsigned list =
-            a->style() == GraphicsObject::StyleSpacefill ? shapes_.sphere_hi_res : shapes_.sphere_lo_res;
+        const unsigned list = shapes_.sphere;
         const double radius = std::max(atom_radius(*a), least);
         if (!list || !near_(a->ortho(), radius))
             continue;
@@ -790,7 +792,7 @@ void CrystalPainter::pick_bonds(const GraphicsCrystal& crystal)
         glLoadName(b->number());
         const bool sticks =
             b->style() == GraphicsObject::StyleStick || b->style() == GraphicsObject::StyleBallAndStick;
-        if (!sticks || !shapes_.cylinder_lo_res) {
+        if (!sticks || !shapes_.cylinder) {
             // The line stops short of both atoms, so that a click on an atom's centre takes the
             // atom.
             const Vector3D unit = (p2 - p1) / (p2 - p1).length();
@@ -809,7 +811,7 @@ void CrystalPainter::pick_bonds(const GraphicsCrystal& crystal)
         for (const Offset& o : l.offsets) {
             glPushMatrix();
             glTranslated(o.x * settings_.stick_radius, o.y * settings_.stick_radius, 0);
-            cylinder(shapes_.cylinder_lo_res, settings_.stick_radius * l.radius_scale, 0, f.length);
+            cylinder(shapes_.cylinder, settings_.stick_radius * l.radius_scale, 0, f.length);
             glPopMatrix();
         }
         glPopMatrix();
@@ -828,7 +830,7 @@ void CrystalPainter::pick_contacts(const GraphicsCrystal& crystal)
             !near_((c->ortho1() + c->ortho2()) * 0.5, along.length() / 2 + 0.05))
             continue;
         glLoadName(c->number());
-        if (c->style() == GraphicsObject::StyleWireframe || !shapes_.cylinder_lo_res) {
+        if (c->style() == GraphicsObject::StyleWireframe || !shapes_.cylinder) {
             glBegin(GL_LINES);
             vertex(c->ortho1());
             vertex(c->ortho2());
@@ -841,7 +843,7 @@ void CrystalPainter::pick_contacts(const GraphicsCrystal& crystal)
         f.y = f.z.cross(f.x);
         glPushMatrix();
         multiply(f, c->ortho1());
-        cylinder(shapes_.cylinder_lo_res, 0.05, 0, along.length());
+        cylinder(shapes_.cylinder, 0.05, 0, along.length());
         glPopMatrix();
     }
     glPopName();

@@ -5,6 +5,7 @@
 #include "Vector3D.h"
 
 #include <array>
+#include <cmath>
 #include <functional>
 #include <string>
 #include <vector>
@@ -17,13 +18,19 @@ struct RendererSettings;
 
 // Emits the GL calls that draw one crystal, or that name its objects for selection-mode picking,
 // for the renderer to record into the crystal's display lists. Objects are sorted by style so
-// that each routine keeps its GL state, and a material is set only when the colour changes.
+// that each routine keeps its GL state; spheres, sticks and markers go into a few long triangle
+// strips that carry their colours point by point.
 class CrystalPainter {
 public:
+    // Shapes are drawn with as many facets as they need at `pixels_per_unit` pixels to the
+    // Angstrom on the screen.
     CrystalPainter(const RendererSettings& settings, const ShapeLists& shapes, const GLBitmapFont& font,
-                   const RendererCrystalDisplaySettings& display);
+                   const RendererCrystalDisplaySettings& display, double pixels_per_unit);
 
     void draw(GraphicsCrystal& crystal);
+    // The pixels to the Angstrom between which every shape that `draw` emitted would still be
+    // given the same number of facets, from `lowest` up to but not including `highest`.
+    void scale_range(double& lowest, double& highest) const;
     // Whether an object whose bounding sphere is given may cover the picked pixels.
     using PickFilter = std::function<bool(const Point& centre, double radius)>;
 
@@ -51,7 +58,8 @@ private:
     // The radius an atom is drawn at in a sphere style.
     double atom_radius(const GraphicsAtom& atom) const;
     void sphere(const Point& centre, double radius, unsigned list);
-    void material(const RGBA& color);
+    // The facets of a shape of `radius` on the screen, which narrows the scale range.
+    int slices(double radius);
     RGBA atom_color(const GraphicsAtom& atom) const;
     // The two halves' colours, with the selection shown when colours change on selection.
     std::array<RGBA, 2> bond_colors(const GraphicsBond& bond) const;
@@ -64,6 +72,7 @@ private:
     const GLBitmapFont& font_;
     const RendererCrystalDisplaySettings& display_;
     PickFilter near_;
-    RGBA last_material_;
-    bool material_set_ = false;
+    double pixels_per_unit_;
+    double lowest_scale_ = 0;
+    double highest_scale_ = HUGE_VAL;
 };

@@ -80,8 +80,36 @@ Matrix4 translation(const Vector3D& v)
     return m;
 }
 
+// The depth planes, and the half width of the orthographic view, as GL is given them.
+struct Frustum {
+    double near, far, half;
+};
+
+Frustum frustum(const RendererViewState& v)
+{
+    // Farther than this, the planes would no longer be finite in GL's single precision.
+    const double d = std::min(v.eye.length(), 1e30);
+    Frustum f;
+    f.near = std::max(d - depth_half_range, 0.1);
+    f.far = d + depth_half_range;
+    // GL keeps the planes in single precision: from about 5e9 away, d - range and d + range are
+    // the same float, and glOrtho refuses equal planes with GL_INVALID_VALUE.
+    if (static_cast<float>(f.far) <= static_cast<float>(f.near))
+        f.far = f.near * (1 + 1e-6);
+    // With the eye at the centre of the view, the orthographic box would have no width, which
+    // glOrtho refuses as well.
+    f.half = std::max(std::tan(v.field_of_view * M_PI / 360) * d, 1e-6);
+    return f;
+}
+
 struct CrystalLists {
     GLuint draw = 0;
+    // The pixels to the Angstrom for which the list's shapes have the facets they need; outside,
+    // the list is compiled again.
+    double lowest_scale = 0;
+    double highest_scale = 0;
+    // How far the crystal's atoms reach from its rotation centre.
+    double reach = 0;
 };
 
 // The objects of one crystal by their numbers, for turning a pick's names into handles.
@@ -149,11 +177,8 @@ struct Renderer::Private : public Observer {
             p[0] = 1 / aspect;
         else
             p[5] = aspect;
-        const double d = view.eye.length();
-        const double near = std::max(d - depth_half_range, 0.1);
-        double far = d + depth_half_range;
-        if (near == far)
-            far = near + 0.1;
+        const Frustum fr = frustum(view);
+        const double near = fr.near, far = fr.far;
         Matrix4 projection{};
         if (view.field_of_view > RendererViewState::min_field_of_view) {
             const double f = 1 / std::tan(view.field_of_view * M_PI / 360);
@@ -163,9 +188,8 @@ struct Renderer::Private : public Observer {
             projection[11] = -1;
             projection[14] = 2 * far * near / (near - far);
         } else {
-            const double s = std::tan(view.field_of_view * M_PI / 360) * d;
-            projection[0] = 1 / s;
-            projection[5] = 1 / s;
+            projection[0] = 1 / fr.half;
+            projection[5] = 1 / fr.half;
             projection[10] = -2 / (far - near);
             projection[14] = -(far + near) / (far - near);
             projection[15] = 1;
@@ -175,6 +199,19 @@ struct Renderer::Private : public Observer {
         const Vector3D u = s.cross(f);
         const Matrix4 look{s.x, u.x, -f.x, 0, s.y, u.y, -f.y, 0, s.z, u.z, -f.z, 0, 0, 0, 0, 1};
         return p * projection * look * translation(-view.eye);
+    }
+
+    // Pixels to the Angstrom at the nearest of a crystal that reaches `reach` from the centre of
+    // the view (in perspective, nearer is bigger).
+    double pixels_per_unit(double reach) const
+    {
+        const double half = std::min(width, height) / 2.0;
+        const Frustum f = frustum(view);
+        if (view.field_of_view > RendererViewState::min_field_of_view) {
+            const double t = std::tan(view.field_of_view * M_PI / 360);
+            return half / (t * std::max(view.eye.length() - reach, f.near));
+        }
+        return half / f.half;
     }
 
     // From a crystal's orthogonal coordinates to clip coordinates, as paint and pick place it.
@@ -325,20 +362,16 @@ void Renderer::setCamera()
     else
         glScaled(1, aspect, 1);
     const RendererViewState& v = d_->view;
-    const double d = v.eye.length();
-    const double near = std::max(d - depth_half_range, 0.1);
-    double far = d + depth_half_range;
-    if (near == far)
-        far = near + 0.1;
-    if (v.field_of_view > RendererViewState::min_field_of_view) {
-        gluPerspective(v.field_of_view, 1, near, far);
-    } else {
-        const double s = std::tan(v.field_of_view * M_PI / 360) * d;
-        glOrtho(-s, s, -s, s, near, far);
-    }
+    const Frustum f = frustum(v);
+    if (v.field_of_view > RendererViewState::min_field_of_view)
+        gluPerspective(v.field_of_view, 1, f.near, f.far);
+    else
+        glOrtho(-f.half, f.half, -f.half, f.half, f.near, f.far);
+    // The eye's placement goes on the model view, so that fog measures depth from the eye.
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
     const Point centre = v.eye + v.view_direction;
     gluLookAt(v.eye.x, v.eye.y, v.eye.z, centre.x, centre.y, centre.z, 0, 1, 0);
-    glMatrixMode(GL_MODELVIEW);
 }
 
 void Renderer::applyView()
@@ -361,25 +394,33 @@ void Renderer::paint()
         paintBackdrop();
     logDebug(3, "Renderer::paint about to setCamera");
     setCamera();
-    glLoadIdentity();
     applyView();
+    depthCue();
     glLineWidth(static_cast<GLfloat>(d_->settings.line_width));
-    CrystalPainter painter(d_->settings, d_->shapes, d_->font, *d_->display);
     for (auto& [crystal, lists] : d_->crystals) {
         if (!crystal->visible())
             continue;
+        // A zoom that would change the facets of some shape compiles the list again; a rotation
+        // never does.
+        const double scale = d_->pixels_per_unit(lists.reach);
+        if (lists.draw != 0 && (scale < lists.lowest_scale || scale >= lists.highest_scale)) {
+            glDeleteLists(lists.draw, 1);
+            lists.draw = 0;
+        }
         if (lists.draw == 0) {
             logDebug(3, "Renderer::paint about to compile the draw list");
             lists.draw = glGenLists(1);
             glPushMatrix();
             glLoadIdentity();
             glNewList(lists.draw, GL_COMPILE);
+            CrystalPainter painter(d_->settings, d_->shapes, d_->font, *d_->display, scale);
             if (crystal->has_content())
                 painter.draw(*crystal);
             else
                 painter.draw_message("No structure available");
             glEndList();
             glPopMatrix();
+            painter.scale_range(lists.lowest_scale, lists.highest_scale);
         }
         glPushMatrix();
         glMultMatrixd(gl_matrix(crystal->orientation()).data());
@@ -395,6 +436,37 @@ void Renderer::paint()
     logDebug(2, "Renderer::paint done");
 }
 
+void Renderer::depthCue()
+{
+    // Linear fog towards the backdrop from the front of the scene to beyond its back, so that the
+    // farthest atoms keep half their colour: depth reads at a glance without losing the back.
+    double reach = 0;
+    for (const auto& entry : d_->crystals)
+        if (entry.first->visible())
+            reach = std::max(reach, entry.second.reach);
+    if (reach <= 0) {
+        glDisable(GL_FOG);
+        return;
+    }
+    const RendererViewState& v = d_->view;
+    const double depth = (v.orientation.trans() - v.eye).dot(v.view_direction.normalized());
+    RGBA colour(0, 0, 0, 1);
+    if (d_->settings.use_backdrop) {
+        colour = RGBA(0, 0, 0, 0);
+        for (const RGBA& c : d_->settings.backdrop) {
+            colour.red += c.red / 4;
+            colour.green += c.green / 4;
+            colour.blue += c.blue / 4;
+            colour.alpha += c.alpha / 4;
+        }
+    }
+    glFogi(GL_FOG_MODE, GL_LINEAR);
+    glFogfv(GL_FOG_COLOR, colour.data());
+    glFogf(GL_FOG_START, static_cast<GLfloat>(depth - reach));
+    glFogf(GL_FOG_END, static_cast<GLfloat>(depth + 3 * reach));
+    glEnable(GL_FOG);
+}
+
 void Renderer::paintBackdrop()
 {
     const auto& corners = d_->settings.backdrop;
@@ -405,6 +477,7 @@ void Renderer::paintBackdrop()
     glPushAttrib(GL_ENABLE_BIT | GL_DEPTH_BUFFER_BIT | GL_CURRENT_BIT);
     glDisable(GL_LIGHTING);
     glDisable(GL_DEPTH_TEST);
+    glDisable(GL_FOG);
     glMatrixMode(GL_PROJECTION);
     glPushMatrix();
     glLoadIdentity();
@@ -448,9 +521,8 @@ void Renderer::pick(int x, int y)
     glMultMatrixd(projection);
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
-    glLoadIdentity();
     applyView();
-    CrystalPainter painter(d_->settings, d_->shapes, d_->font, *d_->display);
+    CrystalPainter painter(d_->settings, d_->shapes, d_->font, *d_->display, 0);
     for (const auto& entry : d_->crystals) {
         const HGraphicsCrystal& crystal = entry.first;
         if (!crystal->visible())
@@ -602,6 +674,10 @@ void Renderer::graphicsCrystalUpdated(const HGraphicsCrystal& crystal)
     if (!lists)
         return;
     d_->queue(*lists);
+    const Point centre = crystal->rotation_centre();
+    lists->reach = 0;
+    for (const HGraphicsAtom& a : crystal->atoms())
+        lists->reach = std::max(lists->reach, (a->ortho() - centre).length() + a->radius());
     ObjectTables& t = d_->tables[crystal.get()];
     t = ObjectTables();
     for (const HGraphicsAtom& a : crystal->atoms())
@@ -842,6 +918,8 @@ void Renderer::drawMonitors(bool picking)
     glPushAttrib(GL_ENABLE_BIT | GL_LIGHTING_BIT | GL_DEPTH_BUFFER_BIT | GL_LINE_BIT | GL_CURRENT_BIT);
     if (!picking)
         glEnable(GL_LINE_STIPPLE);
+    // Measurements are read, not placed in depth.
+    glDisable(GL_FOG);
     glDisable(GL_LIGHTING);
     glDisable(GL_DEPTH_TEST);
     const auto label = [&](const GraphicsMonitor& m, const Point& at) {

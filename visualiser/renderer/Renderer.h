@@ -117,6 +117,7 @@ private:
     struct Private;
     void setCamera();
     void applyView();
+    void depthCue();
     void paintBackdrop();
     void cleanupInvalidDisplayLists();
     void drawMonitors(bool picking);

@@ -568,6 +568,9 @@ void CrystalPainter::draw_contacts(const GraphicsCrystal& crystal)
         glEnd();
         glPopAttrib();
     }
+    // Facets are asked for only when there are sticks, so that a zoom recompiles for none.
+    if (sticks.empty())
+        return;
     // A row of 20 short sticks: each piece fills 0.7 of its share of the length.
     ShapeStrip strip;
     const ShapeMesh& tube = ShapeMesh::cylinder(slices(0.05));

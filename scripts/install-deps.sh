@@ -6,14 +6,16 @@
 set -euo pipefail
 
 want=${1:-test}
-pkgs=(cmake g++ ninja-build ccache libgtest-dev libgmock-dev libpcre2-dev qt6-base-dev zlib1g-dev)
+pkgs=(cmake g++ ninja-build ccache libgtest-dev libgmock-dev libpcre2-dev qt6-base-dev zlib1g-dev libgl-dev
+      libglu1-mesa-dev)
 case "$want" in
   build) ;;
-  test) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi) ;;
-  bench) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time xvfb xauth) ;;
+  # The 3D view's tests draw with Mesa's software renderer on an Xvfb display.
+  test) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi xvfb xauth libgl1-mesa-dri) ;;
+  bench) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time xvfb xauth libgl1-mesa-dri) ;;
   tools) pkgs+=(python3 libccp4-data libcod-tools-perl librsvg2-bin) ;;
   all) pkgs+=(clang libclang-rt-14-dev gemmi python3-gemmi libbenchmark-dev time python3 libccp4-data
-              libcod-tools-perl librsvg2-bin) ;;
+              libcod-tools-perl librsvg2-bin xvfb xauth libgl1-mesa-dri) ;;
   *) echo "install-deps.sh: unknown set '$want' (build, test, bench, tools or all)" >&2; exit 2 ;;
 esac
 

@@ -67,6 +67,10 @@ public:
     int ncontacts() const;
     // The contacts of the list with their ends in the current snapshot.
     std::vector<HMolecularContact> contacts() const;
+    // The place in the list of the contact that one of contacts() stands for, or -1. The list
+    // also holds contacts whose molecules the current snapshot lacks, so the two do not share
+    // their numbering.
+    int contact_number(const MolecularContact& contact) const;
     // Whether the far end of a contact is a placeholder for a molecule not brought in.
     bool is_hanging(int contact) const;
     void delete_contact(int contact);

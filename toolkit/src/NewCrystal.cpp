@@ -237,6 +237,17 @@ std::vector<HMolecularContact> NewCrystal::contacts() const
     return out;
 }
 
+int NewCrystal::contact_number(const MolecularContact& contact) const
+{
+    const auto& list = d_->contacts;
+    const auto it = std::find_if(list.begin(), list.end(), [&](const HMolecularContact& c) {
+        return c->from_map == contact.from_map && c->from_atom == contact.from_atom &&
+               c->symmmap == contact.symmmap && c->to_atom == contact.to_atom &&
+               c->criterion == contact.criterion;
+    });
+    return it == list.end() ? -1 : static_cast<int>(it - list.begin());
+}
+
 bool NewCrystal::is_hanging(int contact) const
 {
     return d_->hanging(*d_->contacts.at(static_cast<std::size_t>(contact)));

@@ -1,0 +1,8 @@
+#include "VisLibClearPrimitivesCommand.h"
+
+#include "GraphicsCrystal.h"
+
+void VisLibClearPrimitivesCommand::execute(const HGraphicsCrystal& crystal)
+{
+    crystal->set_primitives({});
+}

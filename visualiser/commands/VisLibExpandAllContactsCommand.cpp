@@ -1,0 +1,8 @@
+#include "VisLibExpandAllContactsCommand.h"
+
+#include "GraphicsCrystal.h"
+
+void VisLibExpandAllContactsCommand::execute(const HGraphicsCrystal& crystal)
+{
+    crystal->expand_all_contacts();
+}

@@ -2,6 +2,7 @@
 
 #include "CifNameIndex.h"
 
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -269,8 +270,8 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
     // stay as they are (as the first value of a repeated single item does).
     std::vector<HCifDataItem>& columns = loop_columns_;
     columns.clear();
-    std::vector<std::string> names; // the columns that are kept, for the new loop
-    names.reserve(16);
+    std::vector<std::string>& names = loop_names_; // the columns that are kept, for the new loop
+    names.clear();
     HCifDataItem first_item;
     CifNameIndex& in_header = loop_header_;
     in_header.clear();
@@ -323,7 +324,9 @@ HCifDataItem CifParser::read_loop(std::int32_t loop_line)
     if (!names.empty()) {
         // add_loop marks the columns looped. None of them stands in another loop (those are not
         // kept), so it has no other loop of the block to search.
-        HCifLoop loop(new CifLoop(std::move(names)));
+        // The loop keeps a list of its own size; the names themselves are moved, not copied.
+        HCifLoop loop(new CifLoop(std::vector<std::string>(std::make_move_iterator(names.begin()),
+                                                           std::make_move_iterator(names.end()))));
         if (!before.empty())
             loop->set_comment(1, before);
         if (!after.empty())

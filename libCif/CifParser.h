@@ -61,9 +61,10 @@ private:
     CifCharBuffer loop_chars_;
     CifArray<std::uint32_t> loop_ends_;
     std::vector<std::size_t> unchecked_run_;
-    // A loop header's columns and names, kept from loop to loop so that a file of many loops
-    // does not allocate them afresh for each.
+    // A loop header's columns, names and name index, kept from loop to loop so that a file of
+    // many loops does not allocate them afresh for each.
     std::vector<HCifDataItem> loop_columns_;
+    std::vector<std::string> loop_names_;
     CifNameIndex loop_header_;
 };
 

@@ -1,7 +1,9 @@
 #include "QtRendererWidget.h"
 
+#include "FieldOfViewCommand.h"
 #include "Logger.h"
 #include "QtCrystalManager.h"
+#include "ResetFieldOfViewCommand.h"
 #include "ResetRotationCentreCommand.h"
 #include "ResetViewStateCommand.h"
 #include "RotationCommand.h"
@@ -345,15 +347,76 @@ void QtRendererWidget::unexecuteCommand(HRendererCommand& command)
 void QtRendererWidget::updateCrystalViews()
 {
     if (!crystals_.empty())
-        renderer_.setRotationCentre(crystals_.front()->orientation() * crystals_.front()->rotation_centre());
+        renderer_.setRotationCentre(crystalCentre());
     update();
+}
+
+Point QtRendererWidget::crystalCentre() const
+{
+    if (crystals_.empty())
+        return Point();
+    const HGraphicsCrystal& first = crystals_.front();
+    return first->orientation() * first->rotation_centre();
 }
 
 void QtRendererWidget::resetView()
 {
-    const Point centre =
-        crystals_.empty() ? Point() : crystals_.front()->orientation() * crystals_.front()->rotation_centre();
-    doRendererCommand(new ResetViewStateCommand(centre), "Reset View");
+    doRendererCommand(new ResetViewStateCommand(crystalCentre()), "Reset View");
+}
+
+void QtRendererWidget::setGlobalOrientation(const Transformation& orientation)
+{
+    doRendererCommand(new TransformationCommand(orientation), "Transformation");
+}
+
+void QtRendererWidget::resetGlobalOrientation()
+{
+    doRendererCommand(new TransformationCommand(Transformation()), "Orientation Reset");
+}
+
+void QtRendererWidget::setGlobalFieldOfView(double degrees)
+{
+    doRendererCommand(new FieldOfViewCommand(degrees), "Change Perspective");
+}
+
+void QtRendererWidget::resetGlobalFieldOfView()
+{
+    doRendererCommand(new ResetFieldOfViewCommand, "Reset Field Of View");
+}
+
+void QtRendererWidget::setGlobalRotationCenter(const Point& centre)
+{
+    doRendererCommand(new SetRotationCentreCommand(centre), "Set Rotation Centre");
+}
+
+void QtRendererWidget::resetGlobalRotationCenter()
+{
+    doRendererCommand(new ResetRotationCentreCommand(crystalCentre()), "Reset Rotation Centre");
+}
+
+void QtRendererWidget::rotateGlobalAround(const Vector3D& axis, double degrees)
+{
+    rotateAbout(axis, degrees, "Rotation about axis");
+}
+
+void QtRendererWidget::rotateGlobalAroundX(double degrees)
+{
+    rotateAbout(Vector3D(1, 0, 0), degrees, "Rotate about X");
+}
+
+void QtRendererWidget::rotateGlobalAroundY(double degrees)
+{
+    rotateAbout(Vector3D(0, 1, 0), degrees, "Rotate about Y");
+}
+
+void QtRendererWidget::rotateGlobalAroundZ(double degrees)
+{
+    rotateAbout(Vector3D(0, 0, 1), degrees, "Rotate about Z");
+}
+
+void QtRendererWidget::translateGlobalBy(const Vector3D& by)
+{
+    translate(by, "Translation");
 }
 
 void QtRendererWidget::doRendererCommand(RendererCommand* command, const QString& name)

@@ -61,6 +61,19 @@ public slots:
     void unexecuteCommand(HRendererCommand& command);
     void updateCrystalViews();
     void resetView();
+    void setGlobalOrientation(const Transformation& orientation);
+    void resetGlobalOrientation();
+    void setGlobalFieldOfView(double degrees);
+    void resetGlobalFieldOfView();
+    void setGlobalRotationCenter(const Point& centre);
+    void resetGlobalRotationCenter();
+    // About an axis of the screen through the rotation centre.
+    void rotateGlobalAround(const Vector3D& axis, double degrees);
+    void rotateGlobalAroundX(double degrees);
+    void rotateGlobalAroundY(double degrees);
+    void rotateGlobalAroundZ(double degrees);
+    // In screen units.
+    void translateGlobalBy(const Vector3D& by);
 
     void rotateXMinus90();
     void rotateXMinus();
@@ -150,6 +163,8 @@ private:
     void dragTranslate(const QPoint& delta);
     void dragZoom(const QPoint& delta);
     void dragPerspective(const QPoint& delta);
+    // The first crystal's centre, where a reset view turns about.
+    Point crystalCentre() const;
     // The smaller side of the window, never 0.
     int scale() const;
     double eyeDistance() const;

@@ -87,6 +87,31 @@ TEST_F(RendererWidgetTest, DragTurnsTheViewAndOneUndoTurnsItBack)
     }
 }
 
+// The menu and key steps change the view through the history, each under its own name, and one
+// undo takes each back.
+TEST_F(RendererWidgetTest, MenuStepsAreUndoableUnderTheirNames)
+{
+    using Slot = void (QtRendererWidget::*)();
+    const struct {
+        Slot slot;
+        const char* undo;
+    } cases[] = {{&QtRendererWidget::rotateXPlus, "&Undo: Rotate about X"},
+                 {&QtRendererWidget::rotateYMinus90, "&Undo: Rotate -90 about Y"},
+                 {&QtRendererWidget::rotateZPlus90, "&Undo: Rotate 90 about Z"},
+                 {&QtRendererWidget::translateXMinus, "&Undo: Translate -X"},
+                 {&QtRendererWidget::translateYPlus, "&Undo: Translate +Y"},
+                 {&QtRendererWidget::zoomGlobalIn, "&Undo: Zoom View"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.undo);
+        const RendererViewState before = widget.renderer().viewState();
+        (widget.*c.slot)();
+        EXPECT_FALSE(widget.renderer().viewState() == before);
+        EXPECT_EQ(manager.undoText(), c.undo);
+        manager.undo();
+        EXPECT_TRUE(widget.renderer().viewState() == before);
+    }
+}
+
 // A click on the one visible atom reports that atom, with Shift as the extending pick; a click on
 // the backdrop reports nothing picked, a right click there asks for the empty-space menu, and a
 // press and release 3 pixels apart is a drag that picks nothing.

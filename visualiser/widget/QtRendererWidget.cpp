@@ -1,5 +1,6 @@
 #include "QtRendererWidget.h"
 
+#include "CrystalMaker.h"
 #include "FieldOfViewCommand.h"
 #include "Logger.h"
 #include "QtCrystalManager.h"
@@ -9,6 +10,7 @@
 #include "RotationCommand.h"
 #include "SetRotationCentreCommand.h"
 #include "TranslationCommand.h"
+#include "ViewAlongCommand.h"
 #include "ViewStateCommand.h"
 #include "VisLibCrystalManagerRendererCommand.h"
 #include "ZoomCommand.h"
@@ -34,6 +36,19 @@ QSurfaceFormat compatibilityFormat()
     format.setProfile(QSurfaceFormat::CompatibilityProfile);
     format.setDepthBufferSize(std::max(format.depthBufferSize(), 24));
     return format;
+}
+
+// The rows are the screen's axes in the scene: z out of the screen against `along`, y as near to
+// `up` as is square to it, x completing a right-handed set.
+Matrix viewAlongRotation(const Vector3D& along, const Vector3D& up)
+{
+    const Vector3D z = -along.normalized();
+    Vector3D y = up - z * up.dot(z);
+    if (y.length() < 1e-9 * up.length() || up.length() == 0)
+        y = std::abs(z.x) < 0.9 ? Vector3D(1, 0, 0) - z * z.x : Vector3D(0, 1, 0) - z * z.y;
+    y = y.normalized();
+    const Vector3D x = y.cross(z);
+    return Matrix{{x.x, x.y, x.z}, {y.x, y.y, y.z}, {z.x, z.y, z.z}};
 }
 
 } // namespace
@@ -417,6 +432,58 @@ void QtRendererWidget::rotateGlobalAroundZ(double degrees)
 void QtRendererWidget::translateGlobalBy(const Vector3D& by)
 {
     translate(by, "Translation");
+}
+
+void QtRendererWidget::viewGlobalAlong(const Vector3D& along, const Vector3D& up)
+{
+    doRendererCommand(new ViewAlongCommand(viewAlongRotation(along, up)), "View Along Crystal Axis");
+}
+
+void QtRendererWidget::viewAlongCellAxis(int axis, bool reciprocal, const QString& name)
+{
+    if (crystals_.empty())
+        return;
+    const HGraphicsCrystal& crystal = crystals_.front();
+    const CrystalMaker& cell = *crystal->crystal()->crystal_maker();
+    const Transformation& turn = crystal->orientation();
+    Vector3D edges[3];
+    for (int i = 0; i < 3; ++i) {
+        Vector3D unit;
+        unit[i] = 1;
+        edges[i] = turn * cell.orthogonal(unit) - turn * cell.orthogonal(Vector3D());
+    }
+    const Vector3D along = reciprocal ? edges[(axis + 1) % 3].cross(edges[(axis + 2) % 3]) : edges[axis];
+    doRendererCommand(new ViewAlongCommand(viewAlongRotation(along, edges[(axis + 2) % 3])), name);
+}
+
+void QtRendererWidget::viewAlongA()
+{
+    viewAlongCellAxis(0, false, "View Along a");
+}
+
+void QtRendererWidget::viewAlongB()
+{
+    viewAlongCellAxis(1, false, "View Along b");
+}
+
+void QtRendererWidget::viewAlongC()
+{
+    viewAlongCellAxis(2, false, "View Along c");
+}
+
+void QtRendererWidget::viewAlongAStar()
+{
+    viewAlongCellAxis(0, true, "View Along a*");
+}
+
+void QtRendererWidget::viewAlongBStar()
+{
+    viewAlongCellAxis(1, true, "View Along b*");
+}
+
+void QtRendererWidget::viewAlongCStar()
+{
+    viewAlongCellAxis(2, true, "View Along c*");
 }
 
 void QtRendererWidget::doRendererCommand(RendererCommand* command, const QString& name)

@@ -74,6 +74,15 @@ public slots:
     void rotateGlobalAroundZ(double degrees);
     // In screen units.
     void translateGlobalBy(const Vector3D& by);
+    // Turns the scene so that `along` points into the screen and `up` up the screen as far as it
+    // can.
+    void viewGlobalAlong(const Vector3D& along, const Vector3D& up);
+    void viewAlongA();
+    void viewAlongB();
+    void viewAlongC();
+    void viewAlongAStar();
+    void viewAlongBStar();
+    void viewAlongCStar();
 
     void rotateXMinus90();
     void rotateXMinus();
@@ -163,6 +172,9 @@ private:
     void dragTranslate(const QPoint& delta);
     void dragZoom(const QPoint& delta);
     void dragPerspective(const QPoint& delta);
+    // Looks along a cell edge of the first crystal (`axis` 0, 1 or 2), or along the normal of
+    // the face that the other two edges span, with the edge before it pointing up.
+    void viewAlongCellAxis(int axis, bool reciprocal, const QString& name);
     // The first crystal's centre, where a reset view turns about.
     Point crystalCentre() const;
     // The smaller side of the window, never 0.

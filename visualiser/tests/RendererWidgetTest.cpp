@@ -1,6 +1,7 @@
 // The 3D view as a user drives it: drags, clicks and exported pictures on a real structure, in a
 // real GL window under Xvfb, with the manager's history behind it.
 #include "CifFile.h"
+#include "CrystalMaker.h"
 #include "QtCrystalManager.h"
 #include "QtRendererWidget.h"
 
@@ -109,6 +110,42 @@ TEST_F(RendererWidgetTest, MenuStepsAreUndoableUnderTheirNames)
         EXPECT_EQ(manager.undoText(), c.undo);
         manager.undo();
         EXPECT_TRUE(widget.renderer().viewState() == before);
+    }
+}
+
+// Looking down an axis, an atom and a point further along that axis land on the same pixel. The
+// reciprocal axes are the normals of the cell's faces.
+TEST_F(RendererWidgetTest, ViewAlongACellAxisLooksDownIt)
+{
+    using Slot = void (QtRendererWidget::*)();
+    const CrystalMaker& cell = *crystal->crystal()->crystal_maker();
+    const Vector3D a = cell.orthogonal({1, 0, 0}), b = cell.orthogonal({0, 1, 0}),
+                   c = cell.orthogonal({0, 0, 1});
+    const struct {
+        Slot slot;
+        Vector3D axis;
+        const char* undo;
+    } cases[] = {{&QtRendererWidget::viewAlongA, a, "&Undo: View Along a"},
+                 {&QtRendererWidget::viewAlongB, b, "&Undo: View Along b"},
+                 {&QtRendererWidget::viewAlongC, c, "&Undo: View Along c"},
+                 {&QtRendererWidget::viewAlongAStar, b.cross(c), "&Undo: View Along a*"},
+                 {&QtRendererWidget::viewAlongBStar, c.cross(a), "&Undo: View Along b*"},
+                 {&QtRendererWidget::viewAlongCStar, a.cross(b), "&Undo: View Along c*"}};
+    const Point start = crystal->atoms().front()->ortho();
+    for (const auto& k : cases) {
+        SCOPED_TRACE(k.undo);
+        (widget.*k.slot)();
+        EXPECT_EQ(manager.undoText(), k.undo);
+        double x0 = 0, y0 = 0, x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+        ASSERT_TRUE(widget.renderer().project(*crystal, start, x0, y0));
+        ASSERT_TRUE(widget.renderer().project(*crystal, start + k.axis.normalized() * 5, x1, y1));
+        EXPECT_NEAR(x1, x0, 1e-6);
+        EXPECT_NEAR(y1, y0, 1e-6);
+        // A step across the axis does show.
+        const Vector3D u = k.axis.normalized();
+        const Vector3D across = u.cross(std::abs(u.z) < 0.5 ? Vector3D(0, 0, 1) : Vector3D(1, 0, 0));
+        ASSERT_TRUE(widget.renderer().project(*crystal, start + across.normalized() * 5, x2, y2));
+        EXPECT_GT(std::hypot(x2 - x0, y2 - y0), 1.0);
     }
 }
 

@@ -34,7 +34,9 @@ QSurfaceFormat compatibilityFormat()
     QSurfaceFormat format = QSurfaceFormat::defaultFormat();
     format.setRenderableType(QSurfaceFormat::OpenGL);
     format.setProfile(QSurfaceFormat::CompatibilityProfile);
-    format.setDepthBufferSize(std::max(format.depthBufferSize(), 24));
+    // Hidden surfaces need a depth buffer unless the command line asked for none.
+    if (format.depthBufferSize() < 0)
+        format.setDepthBufferSize(24);
     return format;
 }
 
@@ -51,7 +53,50 @@ Matrix viewAlongRotation(const Vector3D& along, const Vector3D& up)
     return Matrix{{x.x, x.y, x.z}, {y.x, y.y, y.z}, {z.x, z.y, z.z}};
 }
 
+void logFormat(const char* title, const QSurfaceFormat& format)
+{
+    // Qt keeps no accumulation buffer or overlay, and every context renders directly in RGBA.
+    logDebug(1, "%s", title);
+    logDebug(1, "double buffer: %d", format.swapBehavior() != QSurfaceFormat::SingleBuffer);
+    logDebug(1, "depth: %d", format.depthBufferSize() > 0);
+    logDebug(1, "rgba: %d", 1);
+    logDebug(1, "alpha: %d", format.alphaBufferSize() > 0);
+    logDebug(1, "accum: %d", 0);
+    logDebug(1, "stencil: %d", format.stencilBufferSize() > 0);
+    logDebug(1, "stereo: %d", format.stereo());
+    logDebug(1, "direct rendering: %d", 1);
+    logDebug(1, "has overlay: %d", 0);
+}
+
 } // namespace
+
+QStringList QtRendererWidget::applyFormatOptions(const QStringList& arguments)
+{
+    QSurfaceFormat format = QSurfaceFormat::defaultFormat();
+    QStringList rest;
+    for (const QString& option : arguments) {
+        if (option == "-doublebuffer" || option == "-nodoublebuffer")
+            format.setSwapBehavior(option == "-doublebuffer" ? QSurfaceFormat::DoubleBuffer
+                                                             : QSurfaceFormat::SingleBuffer);
+        else if (option == "-depth" || option == "-nodepth")
+            format.setDepthBufferSize(option == "-depth" ? 24 : 0);
+        else if (option == "-alpha" || option == "-noalpha")
+            format.setAlphaBufferSize(option == "-alpha" ? 8 : 0);
+        else if (option == "-stencil" || option == "-nostencil")
+            format.setStencilBufferSize(option == "-stencil" ? 8 : 0);
+        else if (option == "-stereo" || option == "-nostereo")
+            format.setStereo(option == "-stereo");
+        else if (option == "-rgba" || option == "-norgba" || option == "-accum" || option == "-noaccum" ||
+                 option == "-directrendering" || option == "-nodirectrendering" || option == "-overlay" ||
+                 option == "-nooverlay")
+            // Accepted so that old command lines still start; Qt offers nothing to change here.
+            logDebug(1, "QtRendererWidget: %s has no effect", qPrintable(option));
+        else
+            rest << option;
+    }
+    QSurfaceFormat::setDefaultFormat(format);
+    return rest;
+}
 
 QtRendererWidget::QtRendererWidget(QWidget* parent)
     : QOpenGLWidget(parent), interactions_(RendererInteractions::defaults())
@@ -98,6 +143,8 @@ void QtRendererWidget::initializeGL()
         std::exit(1);
     }
     logDebug(1, "QtRendererWidget::setup - Successfully got a context");
+    logFormat("Requested OpenGL format:", format());
+    logFormat("Got OpenGL format:", context()->format());
     try {
         renderer_.initialiseGL();
     } catch (const std::exception&) {

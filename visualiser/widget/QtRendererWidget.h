@@ -16,6 +16,7 @@
 #include <QOpenGLWidget>
 #include <QPoint>
 #include <QSize>
+#include <QStringList>
 #include <vector>
 
 class QtCrystalManager;
@@ -35,6 +36,11 @@ public:
     static constexpr int click_tolerance = 3;
     // Degrees of field of view per pixel of a perspective drag.
     static constexpr double perspective_per_pixel = 0.25;
+
+    // Sets or clears fields of the application's default GL format from options such as
+    // "-depth" and "-nostencil", to be called before the first window; returns the arguments it
+    // did not take.
+    static QStringList applyFormatOptions(const QStringList& arguments);
 
     explicit QtRendererWidget(QWidget* parent = nullptr);
     ~QtRendererWidget() override;

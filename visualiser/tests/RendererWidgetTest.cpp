@@ -233,6 +233,34 @@ TEST_F(RendererWidgetTest, ExportDrawsTheViewAtTheAskedSize)
     }
 }
 
+// The format options of an old command line change the default format and leave the other
+// arguments for the application.
+TEST(RendererWidgetFormat, OptionsSetTheDefaultFormat)
+{
+    const QSurfaceFormat saved = QSurfaceFormat::defaultFormat();
+    const struct {
+        QStringList arguments;
+        int depth, stencil, alpha;
+        bool stereo, single;
+        QStringList rest;
+    } cases[] = {
+        {{"-nodepth", "-stencil", "x.cif"}, 0, 8, -1, false, false, {"x.cif"}},
+        {{"-alpha", "-stereo", "-nodoublebuffer", "-accum"}, -1, -1, 8, true, true, {}},
+        {{"-depth", "-nostencil", "-noalpha", "-overlay", "-debug"}, 24, 0, 0, false, false, {"-debug"}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments.join(' ').toStdString());
+        QSurfaceFormat::setDefaultFormat(QSurfaceFormat());
+        EXPECT_EQ(QtRendererWidget::applyFormatOptions(c.arguments), c.rest);
+        const QSurfaceFormat f = QSurfaceFormat::defaultFormat();
+        EXPECT_EQ(f.depthBufferSize(), c.depth);
+        EXPECT_EQ(f.stencilBufferSize(), c.stencil);
+        EXPECT_EQ(f.alphaBufferSize(), c.alpha);
+        EXPECT_EQ(f.stereo(), c.stereo);
+        EXPECT_EQ(f.swapBehavior() == QSurfaceFormat::SingleBuffer, c.single);
+    }
+    QSurfaceFormat::setDefaultFormat(saved);
+}
+
 } // namespace
 
 int main(int argc, char** argv)

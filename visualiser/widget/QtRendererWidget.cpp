@@ -185,6 +185,7 @@ void QtRendererWidget::mouseMoveEvent(QMouseEvent* event)
     const QPoint position = event->position().toPoint();
     const QPoint delta = position - last_position_;
     const RendererInteractions& table = *interactions_;
+    const RendererViewState before = renderer_.viewState();
     if (table.triggers(RendererInteractions::ActionRotateXY, combination))
         dragRotateXY(delta);
     if (table.triggers(RendererInteractions::ActionRotateZ, combination))
@@ -195,7 +196,9 @@ void QtRendererWidget::mouseMoveEvent(QMouseEvent* event)
         dragZoom(delta);
     if (table.triggers(RendererInteractions::ActionPerspective, combination))
         dragPerspective(delta);
-    update();
+    // A move with no button held changes nothing and needs no redraw.
+    if (!(renderer_.viewState() == before))
+        update();
     last_position_ = position;
 }
 
@@ -204,7 +207,8 @@ void QtRendererWidget::mouseReleaseEvent(QMouseEvent* event)
     const QPoint position = event->position().toPoint();
     const QPoint moved = position - press_position_;
     const bool click = std::hypot(moved.x(), moved.y()) < click_tolerance;
-    if (click) {
+    // Without a context there is nothing drawn to pick from.
+    if (click && context()) {
         const int combination = RendererInteractions::combination(event->button(), event->modifiers());
         for (const auto action :
              {RendererInteractions::ActionContextMenu, RendererInteractions::ActionPick,
@@ -220,14 +224,12 @@ void QtRendererWidget::mouseReleaseEvent(QMouseEvent* event)
             }
         }
     }
-    if (dragging_ && !(renderer_.viewState() == drag_start_)) {
+    if (dragging_ && manager_ && use_command_log_ && !(renderer_.viewState() == drag_start_)) {
         // Already on screen: the history only needs to be able to take it back.
+        const QString name = drag_name_.isEmpty() ? QString("Change View") : drag_name_;
         HVisLibCommand logged(new VisLibCrystalManagerRendererCommand(
-            manager_,
-            HRendererCommand(new ViewStateCommand(drag_name_.isEmpty() ? QString("Change View") : drag_name_,
-                                                  drag_start_, renderer_.viewState()))));
-        if (manager_ && use_command_log_)
-            emit commandToLog(logged);
+            manager_, HRendererCommand(new ViewStateCommand(name, drag_start_, renderer_.viewState()))));
+        emit commandToLog(logged);
     }
     dragging_ = false;
 }
@@ -711,9 +713,9 @@ QString QtRendererWidget::exportImage(const QString& path, const QSize& size)
     const QSize wanted = size.isEmpty() ? window : size;
     if (wanted.isEmpty())
         return QString("The view has no size to export");
+    if (!context() || !context()->isValid())
+        return QString("The view has no graphics context to draw the picture in");
     makeCurrent();
-    if (!renderer_.initialised())
-        renderer_.initialiseGL();
     QOpenGLFramebufferObject framebuffer(wanted, QOpenGLFramebufferObject::Depth);
     QImage image;
     if (framebuffer.isValid() && framebuffer.bind()) {

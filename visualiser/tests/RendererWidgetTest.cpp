@@ -88,6 +88,41 @@ TEST_F(RendererWidgetTest, DragTurnsTheViewAndOneUndoTurnsItBack)
     }
 }
 
+// A move drags the scene with the cursor at any zoom; a right drag down a quarter of the smaller
+// side takes the eye half its distance further. Each is one step of the history.
+TEST_F(RendererWidgetTest, DragMovesAndZoomsTheView)
+{
+    const Point atom = crystal->atoms().front()->ortho();
+    const struct {
+        QPoint by;
+        Qt::MouseButton button;
+        Qt::KeyboardModifiers keys;
+        double follows, zoom;
+        const char* undo;
+    } cases[] = {{{30, -20}, Qt::MiddleButton, Qt::NoModifier, 1, 1, "&Undo: Translation"},
+                 {{-25, 40}, Qt::LeftButton, Qt::ControlModifier, 1, 1, "&Undo: Translation"},
+                 {{0, 50}, Qt::RightButton, Qt::NoModifier, 0, 1.5, "&Undo: Change Zoom"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.undo);
+        widget.zoomGlobalIn();
+        const RendererViewState before = widget.renderer().viewState();
+        double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
+        ASSERT_TRUE(widget.renderer().project(*crystal, atom, x0, y0));
+        drag({150, 100}, QPoint(150, 100) + c.by, c.button, c.keys);
+        ASSERT_TRUE(widget.renderer().project(*crystal, atom, x1, y1));
+        if (c.follows) {
+            EXPECT_NEAR(x1 - x0, c.by.x(), 0.5);
+            EXPECT_NEAR(y1 - y0, c.by.y(), 0.5);
+        }
+        const Vector3D centre = before.orientation.trans();
+        EXPECT_NEAR((widget.renderer().eyePosition() - centre).length() / (before.eye - centre).length(),
+                    c.zoom, 1e-9);
+        EXPECT_EQ(manager.undoText(), c.undo);
+        manager.undo();
+        EXPECT_TRUE(widget.renderer().viewState() == before);
+    }
+}
+
 // The menu and key steps change the view through the history, each under its own name, and one
 // undo takes each back.
 TEST_F(RendererWidgetTest, MenuStepsAreUndoableUnderTheirNames)

@@ -54,6 +54,7 @@
 #include "VisLibSlicingPlaneCommand.h"
 #include "VisLibSlicingThicknessCommand.h"
 #include "VisLibUpdateContactCriterionCommand.h"
+#include "VisualiserTestSupport.h"
 #include "ZoomCommand.h"
 
 #include <fstream>
@@ -62,16 +63,6 @@
 #include <sstream>
 
 namespace {
-
-// A flavonoid with water: two kinds of molecule, hydrogens, and hydrogen bonds between them.
-HGraphicsCrystal corpus_crystal()
-{
-    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif",
-                     std::ios::binary);
-    CifFile file;
-    file.read(in);
-    return HGraphicsCrystal(new GraphicsCrystal(HNewCrystal(new NewCrystal(file.crystal_maker()))));
-}
 
 struct View {
     View() : crystal(corpus_crystal())

@@ -7,29 +7,17 @@
 #include "GraphicsAtom.h"
 #include "GraphicsColors.h"
 #include "GraphicsContact.h"
+#include "VisualiserTestSupport.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
 
-namespace {
-
-HGraphicsCrystal flavonoid()
-{
-    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif",
-                     std::ios::binary);
-    CifFile file;
-    file.read(in);
-    return HGraphicsCrystal(new GraphicsCrystal(HNewCrystal(new NewCrystal(file.crystal_maker()))));
-}
-
-} // namespace
-
 // Looks given to asymmetric-unit atoms spread to their images when the cell is packed and are
 // still theirs after unpacking; a contact's colour is the model's, whatever the user set.
 TEST(GraphicsCrystal, PackingKeepsTheLooksOfEachAtom)
 {
-    const HGraphicsCrystal crystal = flavonoid();
+    const HGraphicsCrystal crystal = corpus_crystal();
     const std::vector<HGraphicsAtom> unit = crystal->atoms();
     ASSERT_GT(unit.size(), 40u);
     const RGBA red(1, 0, 0, 1);
@@ -80,7 +68,7 @@ TEST(GraphicsCrystal, PackingKeepsTheLooksOfEachAtom)
 // symmetry equivalence gives every image of an atom one colour, molecules give each molecule one.
 TEST(GraphicsCrystal, ColourModes)
 {
-    const HGraphicsCrystal crystal = flavonoid();
+    const HGraphicsCrystal crystal = corpus_crystal();
     crystal->set_packing_box(Box({0, 0, 0}, {1, 1, 1}));
     crystal->set_packing(true);
     const RGBA chosen(0.2f, 0.4f, 0.6f, 1);

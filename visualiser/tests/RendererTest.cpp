@@ -5,6 +5,7 @@
 #include "GraphicsCrystal.h"
 #include "Logger.h"
 #include "OffscreenView.h"
+#include "VisualiserTestSupport.h"
 
 #include <QGuiApplication>
 #include <cmath>
@@ -15,15 +16,6 @@
 namespace {
 
 constexpr int size = 200;
-
-HGraphicsCrystal corpus_crystal()
-{
-    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif",
-                     std::ios::binary);
-    CifFile file;
-    file.read(in);
-    return HGraphicsCrystal(new GraphicsCrystal(HNewCrystal(new NewCrystal(file.crystal_maker()))));
-}
 
 class RendererTest : public ::testing::Test {
 protected:

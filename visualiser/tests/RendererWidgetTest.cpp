@@ -4,6 +4,7 @@
 #include "CrystalMaker.h"
 #include "QtCrystalManager.h"
 #include "QtRendererWidget.h"
+#include "VisualiserTestSupport.h"
 
 #include <QApplication>
 #include <QDir>
@@ -16,15 +17,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-HGraphicsCrystal corpus_crystal()
-{
-    std::ifstream in(std::string(CIFWARD_SHARED_DIR) + "/corpus/cod/2006998-with-extra-tag.cif",
-                     std::ios::binary);
-    CifFile file;
-    file.read(in);
-    return HGraphicsCrystal(new GraphicsCrystal(HNewCrystal(new NewCrystal(file.crystal_maker()))));
-}
 
 // The largest difference of a channel: the backdrop's corners are blended a little from their
 // neighbours.
